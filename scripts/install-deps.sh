@@ -1,0 +1,42 @@
+#!/usr/bin/env bash
+# Installs every Debian package Kelvane needs to build, test and benchmark.
+# Idempotent: packages already present are skipped, so a second run is quick
+# and works offline.
+set -euo pipefail
+
+packages=(
+    cmake
+    ninja-build
+    g++
+    pkg-config
+    libexpat1-dev
+    nlohmann-json3-dev
+    libcli11-dev
+    libgtest-dev
+    libgmock-dev
+    libbenchmark-dev
+)
+if [ "${KELVANE_WITH_APP:-1}" = 1 ]; then
+    packages+=(qt6-base-dev qt6-svg-dev libgl-dev)
+fi
+
+missing=()
+for p in "${packages[@]}"; do
+    if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
+        missing+=("$p")
+    fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+    echo "install-deps: all ${#packages[@]} packages present"
+    exit 0
+fi
+
+sudo=""
+if [ "$(id -u)" -ne 0 ]; then
+    sudo="sudo"
+fi
+echo "install-deps: installing ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+$sudo apt-get update -qq
+$sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"

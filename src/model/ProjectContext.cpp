@@ -1,0 +1,24 @@
+#include "model/ProjectContext.h"
+
+namespace kelvane {
+
+const TargetContext* ProjectContext::mainAppTarget() const noexcept {
+    for (const auto& target : targets) {
+        if (target.type == TargetType::application) {
+            return &target;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<TargetContext> ProjectContext::targetsOfType(TargetType type) const {
+    std::vector<TargetContext> result;
+    for (const auto& target : targets) {
+        if (target.type == type) {
+            result.push_back(target);
+        }
+    }
+    return result;
+}
+
+} // namespace kelvane

@@ -1,0 +1,38 @@
+#include "plist/PropertyListReader.h"
+
+#include "plist/BinaryReader.h"
+#include "plist/OldStyleReader.h"
+#include "plist/XmlReader.h"
+
+namespace kelvane::plist {
+
+namespace {
+bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; }
+
+bool looksLikeXml(std::string_view bytes) {
+    // A UTF-8 byte order mark may precede the XML declaration.
+    if (bytes.starts_with("\xEF\xBB\xBF")) {
+        bytes.remove_prefix(3);
+    }
+    std::size_t i = 0;
+    while (i < bytes.size() && isBlank(bytes[i])) {
+        ++i;
+    }
+    const std::string_view rest = bytes.substr(i);
+    return rest.starts_with("<?xml") || rest.starts_with("<!DOCTYPE") ||
+           rest.starts_with("<plist") || rest.starts_with("<!--");
+}
+} // namespace
+
+Value readPropertyList(std::string_view bytes, const std::string& source,
+                       const ReadLimits& limits) {
+    if (bytes.starts_with("bplist00")) {
+        return readBinary(bytes, source, limits);
+    }
+    if (looksLikeXml(bytes)) {
+        return readXml(bytes, source, limits);
+    }
+    return readOldStyle(bytes, source, limits);
+}
+
+} // namespace kelvane::plist

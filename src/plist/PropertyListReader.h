@@ -1,0 +1,33 @@
+#pragma once
+
+#include "plist/Value.h"
+
+#include <string>
+#include <string_view>
+
+namespace kelvane::plist {
+
+// Limits that keep hostile input from exhausting the stack or memory.
+struct ReadLimits {
+    std::size_t maxDepth = 512;
+    // Values one document may expand to; matters for the binary form, where
+    // one object can be referenced from many places.
+    std::size_t maxValues = 50'000'000;
+};
+
+// Reads a property list in any of its three forms, detected from the bytes:
+// binary ("bplist00"), XML (begins, after blanks, with "<?xml", "<!DOCTYPE",
+// "<plist" or "<!--"), otherwise the old-style text form of project.pbxproj.
+// `source` names the bytes in error messages (usually the file path).
+// Throws ParseError.
+[[nodiscard]] Value readPropertyList(std::string_view bytes, const std::string& source,
+                                     const ReadLimits& limits = {});
+
+// Reads a whole regular file. Throws FileReadError; a path that names a
+// folder, a FIFO or a device fails instead of blocking.
+[[nodiscard]] std::string readFile(const std::string& path);
+
+// readFile followed by readPropertyList with the path as source.
+[[nodiscard]] Value readPropertyListFile(const std::string& path, const ReadLimits& limits = {});
+
+} // namespace kelvane::plist
