@@ -1,0 +1,19 @@
+#pragma once
+
+#include "model/ProjectContext.h"
+
+#include <string>
+
+namespace kelvane {
+
+// Turns the location of an .xcodeproj or .xcworkspace bundle into the project
+// it holds. Holds no state; one parser may load any number of projects.
+class ProjectParser {
+public:
+    // `url` is used as given (a trailing "/" aside): every path in the result
+    // is joined lexically from it. Throws ParserError, and passes through
+    // plist::FileReadError and plist::ParseError from the files it reads.
+    [[nodiscard]] ProjectContext parseProject(const std::string& url) const;
+};
+
+} // namespace kelvane
