@@ -1,0 +1,49 @@
+#include "cli/InspectCommand.h"
+
+#include "cli/LoadFailure.h"
+#include "cli/ModelJson.h"
+#include "cli/ModelText.h"
+#include "parser/ProjectParser.h"
+
+#include <memory>
+
+namespace kelvane::cli {
+
+int runInspect(const std::string& path, InspectFormat format, std::ostream& out,
+               std::ostream& err) {
+    ProjectContext project;
+    try {
+        project = ProjectParser().parseProject(path);
+    } catch (const std::exception& error) {
+        return reportLoadFailure(error, err);
+    }
+    if (format == InspectFormat::json) {
+        out << toDocument(toJson(project));
+    } else {
+        writeProjectText(project, out);
+    }
+    return kExitClean;
+}
+
+void addInspectCommand(CLI::App& app, CommandIO& io) {
+    struct Options {
+        std::string path;
+        std::string format = "text";
+    };
+    // CLI11 writes into the options while parsing and calls back afterwards,
+    // so they must outlive this function; the command owns them.
+    auto options = std::make_shared<Options>();
+    CLI::App* command =
+        app.add_subcommand("inspect", "Load a project and print its targets and their settings");
+    command->add_option("path", options->path, "An .xcodeproj or .xcworkspace")->required();
+    command->add_option("--format", options->format, "Output format")
+        ->check(CLI::IsMember({"text", "json"}))
+        ->capture_default_str();
+    command->callback([options, &io] {
+        const InspectFormat format =
+            options->format == "json" ? InspectFormat::json : InspectFormat::text;
+        io.exitStatus = runInspect(options->path, format, io.out, io.err);
+    });
+}
+
+} // namespace kelvane::cli
