@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# Configures and builds Kelvane into build/ (or $KELVANE_BUILD_DIR).
+# Configures and builds Kelvane with a CMake preset: release (default, into
+# build/) or sanitize (into build-sanitize/).
 set -euo pipefail
 cd "$(dirname "$0")/.."
-build_dir="${KELVANE_BUILD_DIR:-build}"
-if [ ! -f "$build_dir/build.ninja" ]; then
-    cmake -S . -B "$build_dir" -G Ninja -DCMAKE_BUILD_TYPE=Release "$@"
-fi
-cmake --build "$build_dir"
+preset="${1:-release}"
+cmake --preset "$preset" >/dev/null
+cmake --build --preset "$preset"

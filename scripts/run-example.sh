@@ -3,5 +3,5 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 ./scripts/install-deps.sh >&2
-./scripts/build.sh >&2
-exec "${KELVANE_BUILD_DIR:-build}/src/cli/kelvane" inspect examples/Aurora/Aurora.xcodeproj "$@"
+./scripts/build.sh release >&2
+exec build/src/cli/kelvane inspect examples/Aurora/Aurora.xcodeproj "$@"
