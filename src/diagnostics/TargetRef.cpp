@@ -1,0 +1,9 @@
+#include "diagnostics/TargetRef.h"
+
+namespace kelvane {
+
+TargetRef makeTargetRef(const TargetContext& target) {
+    return TargetRef{target.name, target.type, target.bundleIdentifier};
+}
+
+} // namespace kelvane
