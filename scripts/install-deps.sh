@@ -20,6 +20,10 @@ if [ "${KELVANE_WITH_APP:-1}" = 1 ]; then
     packages+=(qt6-base-dev qt6-svg-dev libgl-dev)
 fi
 
+if [ "${KELVANE_WITH_FUZZ:-0}" = 1 ]; then
+    packages+=(clang-16 libclang-rt-16-dev python3)
+fi
+
 missing=()
 for p in "${packages[@]}"; do
     if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed'; then
