@@ -6,6 +6,6 @@ namespace kelvane::plist {
 
 // Reads the binary form. Throws ParseError.
 [[nodiscard]] Value readBinary(std::string_view bytes, const std::string& source,
-                            const ReadLimits& limits);
+                               const ReadLimits& limits);
 
 } // namespace kelvane::plist

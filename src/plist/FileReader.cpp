@@ -26,7 +26,7 @@ std::string readFile(const std::string& path) {
     }
 
     const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                              &std::fclose);
+                                                               &std::fclose);
     if (!file) {
         throw FileReadError(path, std::generic_category().message(errno));
     }

@@ -1,11 +1,472 @@
 #include "plist/OldStyleReader.h"
 
 #include "plist/ParseError.h"
+#include "plist/Utf8.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <utility>
+#include <vector>
 
 namespace kelvane::plist {
 
-Value readOldStyle(std::string_view, const std::string& source, const ReadLimits&) {
-    throw ParseError(source, "the old-style text form is not supported yet");
+namespace {
+
+enum : std::uint8_t { kUnquoted = 1, kBlank = 2 };
+
+constexpr std::array<std::uint8_t, 256> makeCharClasses() {
+    std::array<std::uint8_t, 256> table{};
+    for (int c = 'A'; c <= 'Z'; ++c) {
+        table[c] = kUnquoted;
+    }
+    for (int c = 'a'; c <= 'z'; ++c) {
+        table[c] = kUnquoted;
+    }
+    for (int c = '0'; c <= '9'; ++c) {
+        table[c] = kUnquoted;
+    }
+    for (unsigned char c : std::string_view("_$/:.-")) {
+        table[c] = kUnquoted;
+    }
+    for (unsigned char c : std::string_view(" \t\n\r\f\v")) {
+        table[c] = kBlank;
+    }
+    return table;
+}
+constexpr std::array<std::uint8_t, 256> kCharClasses = makeCharClasses();
+
+bool isUnquoted(char c) {
+    return kCharClasses[static_cast<unsigned char>(c)] == kUnquoted;
+}
+bool isBlank(char c) {
+    return kCharClasses[static_cast<unsigned char>(c)] == kBlank;
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') {
+        return c - '0';
+    }
+    if (c >= 'a' && c <= 'f') {
+        return c - 'a' + 10;
+    }
+    if (c >= 'A' && c <= 'F') {
+        return c - 'A' + 10;
+    }
+    return -1;
+}
+
+std::string hexByte(unsigned char byte) {
+    constexpr char digits[] = "0123456789abcdef";
+    return std::string("0x") + digits[byte >> 4] + digits[byte & 0xF];
+}
+
+// One pass over the bytes with an explicit stack of open containers, so that
+// nesting costs heap, not call stack. Finished children wait in two scratch
+// stacks (one for array elements, one for dictionary entries) and move into a
+// container of exactly their number when it closes, so a large project costs
+// no over-allocated vectors and no per-container growth.
+class OldStyleParser {
+public:
+    OldStyleParser(std::string_view bytes, const std::string& source, const ReadLimits& limits)
+        : begin_(bytes.data()), p_(bytes.data()), end_(bytes.data() + bytes.size()),
+          source_(source), limits_(limits) {}
+
+    Value parse() {
+        if (p_ == end_) {
+            fail(p_, "the file is empty");
+        }
+        const std::string_view bytes(begin_, static_cast<std::size_t>(end_ - begin_));
+        if (const std::size_t bad = utf8::findInvalid(bytes); bad != std::string_view::npos) {
+            fail(begin_ + bad,
+                 "invalid UTF-8 (byte " + hexByte(static_cast<unsigned char>(begin_[bad])) + ")");
+        }
+        if (bytes.starts_with("\xEF\xBB\xBF")) {
+            p_ += 3;
+        }
+        skipBlanks();
+        if (p_ == end_) {
+            return Value(Dictionary());
+        }
+        while (true) {
+            skipBlanks();
+            Value value;
+            if (p_ == end_) {
+                fail(p_, "unexpected end of file");
+            }
+            if (*p_ == '{') {
+                open(true);
+                skipBlanks();
+                if (p_ == end_ || *p_ != '}') {
+                    beginEntry();
+                    continue;
+                }
+                ++p_;
+                value = closeDictionary();
+            } else if (*p_ == '(') {
+                open(false);
+                skipBlanks();
+                if (p_ == end_ || *p_ != ')') {
+                    continue;
+                }
+                ++p_;
+                value = closeArray();
+            } else {
+                value = readScalar();
+            }
+            // The value is complete: hand it to its container, and close
+            // every container that ends right after it.
+            while (true) {
+                if (frames_.empty()) {
+                    skipBlanks();
+                    if (p_ != end_) {
+                        fail(p_, "expected end of file after the root value, saw " + describe(p_));
+                    }
+                    return value;
+                }
+                if (frames_.back().dictionary) {
+                    entries_.back().value = std::move(value);
+                    skipBlanks();
+                    expect(';', "after value");
+                    skipBlanks();
+                    if (p_ != end_ && *p_ == '}') {
+                        ++p_;
+                        value = closeDictionary();
+                        continue;
+                    }
+                    beginEntry();
+                    break;
+                }
+                elements_.push_back(std::move(value));
+                skipBlanks();
+                if (p_ != end_ && *p_ == ',') {
+                    ++p_;
+                    skipBlanks();
+                    if (p_ != end_ && *p_ == ')') {
+                        ++p_;
+                        value = closeArray();
+                        continue;
+                    }
+                    break;
+                }
+                if (p_ != end_ && *p_ == ')') {
+                    ++p_;
+                    value = closeArray();
+                    continue;
+                }
+                failExpected("',' or ')' after array element");
+            }
+        }
+    }
+
+private:
+    struct Frame {
+        bool dictionary;
+        std::size_t firstChild; // in entries_ or elements_
+    };
+
+    [[noreturn]] void fail(const char* at, const std::string& reason) const {
+        std::size_t line = 1;
+        std::size_t column = 1;
+        for (const char* q = begin_; q < at; ++q) {
+            if (*q == '\n' || (*q == '\r' && (q + 1 == end_ || q[1] != '\n'))) {
+                ++line;
+                column = 1;
+            } else if (*q != '\r' && (static_cast<unsigned char>(*q) & 0xC0) != 0x80) {
+                ++column; // one column per character, not per byte
+            }
+        }
+        throw ParseError(source_, line, column, reason);
+    }
+
+    // "expected <what>, saw <token>", or the end-of-file text at the end.
+    [[noreturn]] void failExpected(const std::string& what) const {
+        if (p_ == end_) {
+            fail(p_, "unexpected end of file");
+        }
+        fail(p_, "expected " + what + ", saw " + describe(p_));
+    }
+
+    std::string describe(const char* at) const {
+        const auto c = static_cast<unsigned char>(*at);
+        if (c == '\n' || c == '\r') {
+            return "a line break";
+        }
+        if (c < 0x20 || c == 0x7F) {
+            return "byte " + hexByte(c);
+        }
+        std::size_t length = 1;
+        if (c >= 0xF0) {
+            length = 4;
+        } else if (c >= 0xE0) {
+            length = 3;
+        } else if (c >= 0xC0) {
+            length = 2;
+        }
+        std::string shown = "'";
+        shown.append(at, length).push_back('\'');
+        return shown;
+    }
+
+    void expect(char c, const char* context) {
+        if (p_ == end_ || *p_ != c) {
+            failExpected(std::string("'") + c + "' " + context);
+        }
+        ++p_;
+    }
+
+    void skipBlanks() {
+        while (p_ != end_) {
+            if (isBlank(*p_)) {
+                ++p_;
+                continue;
+            }
+            if (*p_ != '/' || p_ + 1 == end_) {
+                return;
+            }
+            if (p_[1] == '/') {
+                p_ += 2;
+                while (p_ != end_ && *p_ != '\n' && *p_ != '\r') {
+                    ++p_;
+                }
+            } else if (p_[1] == '*') {
+                const char* opening = p_;
+                p_ += 2;
+                while (true) {
+                    const void* star = std::memchr(p_, '*', static_cast<std::size_t>(end_ - p_));
+                    if (star == nullptr) {
+                        fail(opening, "unterminated comment");
+                    }
+                    p_ = static_cast<const char*>(star) + 1;
+                    if (p_ != end_ && *p_ == '/') {
+                        ++p_;
+                        break;
+                    }
+                }
+            } else {
+                return; // a '/' that starts an unquoted string
+            }
+        }
+    }
+
+    void open(bool dictionary) {
+        if (frames_.size() >= limits_.maxDepth) {
+            fail(p_, "nesting deeper than " + std::to_string(limits_.maxDepth) + " levels");
+        }
+        frames_.push_back({dictionary, dictionary ? entries_.size() : elements_.size()});
+        ++p_;
+    }
+
+    Value closeDictionary() {
+        const std::size_t first = frames_.back().firstChild;
+        frames_.pop_back();
+        const auto from = entries_.begin() + static_cast<std::ptrdiff_t>(first);
+        std::vector<DictionaryEntry> children(std::make_move_iterator(from),
+                                              std::make_move_iterator(entries_.end()));
+        entries_.erase(from, entries_.end());
+        return Value(Dictionary(std::move(children)));
+    }
+
+    Value closeArray() {
+        const std::size_t first = frames_.back().firstChild;
+        frames_.pop_back();
+        const auto from = elements_.begin() + static_cast<std::ptrdiff_t>(first);
+        Array children(std::make_move_iterator(from), std::make_move_iterator(elements_.end()));
+        elements_.erase(from, elements_.end());
+        return Value(std::move(children));
+    }
+
+    // At a key (blanks skipped): reads it and the '=' after it.
+    void beginEntry() {
+        if (p_ == end_) {
+            fail(p_, "unexpected end of file");
+        }
+        if (*p_ == '"' || *p_ == '\'') {
+            entries_.push_back({readQuoted(), Value()});
+        } else if (isUnquoted(*p_)) {
+            entries_.push_back({readUnquoted(), Value()});
+        } else {
+            failExpected("a key or '}'");
+        }
+        skipBlanks();
+        expect('=', "after key");
+    }
+
+    Value readScalar() {
+        if (*p_ == '"' || *p_ == '\'') {
+            return Value(readQuoted());
+        }
+        if (isUnquoted(*p_)) {
+            return Value(readUnquoted());
+        }
+        if (*p_ == '<') {
+            return Value(readData());
+        }
+        failExpected("a value");
+    }
+
+    std::string readUnquoted() {
+        const char* start = p_;
+        while (p_ != end_ && isUnquoted(*p_)) {
+            ++p_;
+        }
+        return std::string(start, p_);
+    }
+
+    std::string readQuoted() {
+        const char quote = *p_;
+        const char* opening = p_++;
+        const char* run = p_;
+        while (p_ != end_ && *p_ != quote && *p_ != '\\') {
+            ++p_;
+        }
+        std::string text(run, p_);
+        while (true) {
+            if (p_ == end_) {
+                fail(opening, "unterminated string");
+            }
+            if (*p_ == quote) {
+                ++p_;
+                return text;
+            }
+            if (*p_ == '\\') {
+                readEscape(text, opening);
+                continue;
+            }
+            run = p_;
+            while (p_ != end_ && *p_ != quote && *p_ != '\\') {
+                ++p_;
+            }
+            text.append(run, p_);
+        }
+    }
+
+    // Up to `maxDigits` digits of `base` (8 or 16); -1 when there is none.
+    long readNumber(int base, int maxDigits) {
+        long value = -1;
+        for (int i = 0; i < maxDigits && p_ != end_; ++i) {
+            const int digit = hexDigit(*p_);
+            if (digit < 0 || digit >= base) {
+                break;
+            }
+            value = (value < 0 ? 0 : value * base) + digit;
+            ++p_;
+        }
+        return value;
+    }
+
+    void readEscape(std::string& text, const char* opening) {
+        const char* escape = p_++;
+        if (p_ == end_) {
+            fail(opening, "unterminated string");
+        }
+        const char c = *p_;
+        switch (c) {
+        case 'n':
+            text.push_back('\n');
+            break;
+        case 't':
+            text.push_back('\t');
+            break;
+        case 'r':
+            text.push_back('\r');
+            break;
+        case 'b':
+            text.push_back('\b');
+            break;
+        case 'f':
+            text.push_back('\f');
+            break;
+        case 'v':
+            text.push_back('\v');
+            break;
+        case 'a':
+            text.push_back('\a');
+            break;
+        case 'U': {
+            ++p_;
+            const long unit = readNumber(16, 4);
+            if (unit < 0) {
+                fail(escape, "expected hexadecimal digits after \\U");
+            }
+            auto codePoint = static_cast<char32_t>(unit);
+            if (utf8::isHighSurrogate(codePoint)) {
+                const char* next = p_;
+                long low = -1;
+                if (end_ - p_ >= 2 && p_[0] == '\\' && p_[1] == 'U') {
+                    p_ += 2;
+                    low = readNumber(16, 4);
+                }
+                if (low < 0 || !utf8::isLowSurrogate(static_cast<char32_t>(low))) {
+                    p_ = next;
+                    fail(escape, "unpaired UTF-16 surrogate in \\U escape");
+                }
+                codePoint = utf8::combineSurrogates(codePoint, static_cast<char32_t>(low));
+            } else if (utf8::isLowSurrogate(codePoint)) {
+                fail(escape, "unpaired UTF-16 surrogate in \\U escape");
+            }
+            utf8::append(text, codePoint);
+            return;
+        }
+        default:
+            if (c >= '0' && c <= '7') {
+                utf8::append(text, static_cast<char32_t>(readNumber(8, 3)));
+                return;
+            }
+            // Any other character stands for itself, as in Apple's reader.
+            text.push_back(c);
+            break;
+        }
+        ++p_;
+    }
+
+    Data readData() {
+        const char* opening = p_++;
+        Data data;
+        int high = -1;
+        while (true) {
+            while (p_ != end_ && isBlank(*p_)) {
+                ++p_;
+            }
+            if (p_ == end_) {
+                fail(opening, "unterminated data");
+            }
+            if (*p_ == '>') {
+                if (high >= 0) {
+                    fail(p_, "odd number of hexadecimal digits in data");
+                }
+                ++p_;
+                return data;
+            }
+            const int digit = hexDigit(*p_);
+            if (digit < 0) {
+                failExpected("a hexadecimal digit or '>' in data");
+            }
+            if (high < 0) {
+                high = digit;
+            } else {
+                data.push_back(static_cast<std::uint8_t>(high << 4 | digit));
+                high = -1;
+            }
+            ++p_;
+        }
+    }
+
+    const char* begin_;
+    const char* p_;
+    const char* end_;
+    const std::string& source_;
+    const ReadLimits& limits_;
+    std::vector<Frame> frames_;
+    std::vector<DictionaryEntry> entries_;
+    Array elements_;
+};
+
+} // namespace
+
+Value readOldStyle(std::string_view bytes, const std::string& source, const ReadLimits& limits) {
+    return OldStyleParser(bytes, source, limits).parse();
 }
 
 } // namespace kelvane::plist

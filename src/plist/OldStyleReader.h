@@ -6,6 +6,6 @@ namespace kelvane::plist {
 
 // Reads the old-style text form. Throws ParseError.
 [[nodiscard]] Value readOldStyle(std::string_view bytes, const std::string& source,
-                            const ReadLimits& limits);
+                                 const ReadLimits& limits);
 
 } // namespace kelvane::plist

@@ -7,7 +7,9 @@
 namespace kelvane::plist {
 
 namespace {
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
 
 bool looksLikeXml(std::string_view bytes) {
     // A UTF-8 byte order mark may precede the XML declaration.

@@ -1,5 +1,7 @@
 #include "plist/Value.h"
 
+#include <algorithm>
+#include <bit>
 #include <functional>
 
 namespace kelvane::plist {
@@ -7,18 +9,99 @@ namespace kelvane::plist {
 namespace {
 // Below this size a linear scan over the entries beats hashing.
 constexpr std::size_t kIndexThreshold = 16;
+
+// Slots of the index for `count` entries: a power of two, at most half full.
+std::size_t indexCapacity(std::size_t count) noexcept {
+    return std::max<std::size_t>(64, std::bit_ceil(count * 2));
+}
 } // namespace
 
 Dictionary::Dictionary() = default;
-Dictionary::Dictionary(const Dictionary&) = default;
 Dictionary::Dictionary(Dictionary&&) noexcept = default;
-Dictionary& Dictionary::operator=(const Dictionary&) = default;
 Dictionary& Dictionary::operator=(Dictionary&&) noexcept = default;
 Dictionary::~Dictionary() = default;
 
-std::size_t Dictionary::size() const noexcept { return entries_.size(); }
-bool Dictionary::empty() const noexcept { return entries_.empty(); }
-const std::vector<DictionaryEntry>& Dictionary::entries() const noexcept { return entries_; }
+Dictionary::Dictionary(const Dictionary& other) : entries_(other.entries_) {
+    if (other.index_) {
+        const std::size_t capacity = indexCapacity(entries_.size());
+        index_ = std::make_unique<std::uint32_t[]>(capacity);
+        std::copy_n(other.index_.get(), capacity, index_.get());
+    }
+}
+
+Dictionary& Dictionary::operator=(const Dictionary& other) {
+    if (this != &other) {
+        Dictionary copy(other);
+        *this = std::move(copy);
+    }
+    return *this;
+}
+
+Dictionary::Dictionary(std::vector<DictionaryEntry> entries) : entries_(std::move(entries)) {
+    removeRepeatedKeys();
+    if (entries_.size() >= kIndexThreshold) {
+        rebuildIndex();
+    }
+}
+
+void Dictionary::removeRepeatedKeys() {
+    // Readers hand over keys as written; repeats are rare, so find them with a
+    // throwaway index (or a scan, when small) and only then pay for compaction.
+    const std::size_t count = entries_.size();
+    std::vector<bool> repeated;
+    if (count < kIndexThreshold) {
+        for (std::size_t i = 1; i < count; ++i) {
+            for (std::size_t j = 0; j < i; ++j) {
+                if (!(repeated.size() > j && repeated[j]) && entries_[j].key == entries_[i].key) {
+                    repeated.resize(count);
+                    repeated[i] = true;
+                    entries_[j].value = std::move(entries_[i].value);
+                    break;
+                }
+            }
+        }
+    } else {
+        const std::size_t mask = indexCapacity(count) - 1;
+        std::vector<std::uint32_t> slots(mask + 1, 0);
+        const std::hash<std::string_view> hash;
+        for (std::size_t i = 0; i < count; ++i) {
+            std::size_t slot = hash(entries_[i].key) & mask;
+            while (slots[slot] != 0 && entries_[slots[slot] - 1].key != entries_[i].key) {
+                slot = (slot + 1) & mask;
+            }
+            if (slots[slot] == 0) {
+                slots[slot] = static_cast<std::uint32_t>(i + 1);
+            } else {
+                repeated.resize(count);
+                repeated[i] = true;
+                entries_[slots[slot] - 1].value = std::move(entries_[i].value);
+            }
+        }
+    }
+    if (repeated.empty()) {
+        return;
+    }
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (!repeated[i]) {
+            if (kept != i) {
+                entries_[kept] = std::move(entries_[i]);
+            }
+            ++kept;
+        }
+    }
+    entries_.resize(kept);
+}
+
+std::size_t Dictionary::size() const noexcept {
+    return entries_.size();
+}
+bool Dictionary::empty() const noexcept {
+    return entries_.empty();
+}
+const std::vector<DictionaryEntry>& Dictionary::entries() const noexcept {
+    return entries_;
+}
 std::vector<DictionaryEntry>::const_iterator Dictionary::begin() const noexcept {
     return entries_.begin();
 }
@@ -26,10 +109,12 @@ std::vector<DictionaryEntry>::const_iterator Dictionary::end() const noexcept {
     return entries_.end();
 }
 
-void Dictionary::reserve(std::size_t count) { entries_.reserve(count); }
+void Dictionary::reserve(std::size_t count) {
+    entries_.reserve(count);
+}
 
 std::size_t Dictionary::slotFor(std::string_view key) const noexcept {
-    const std::size_t mask = index_.size() - 1;
+    const std::size_t mask = indexCapacity(entries_.size()) - 1;
     std::size_t slot = std::hash<std::string_view>{}(key)&mask;
     while (index_[slot] != 0 && entries_[index_[slot] - 1].key != key) {
         slot = (slot + 1) & mask;
@@ -38,7 +123,7 @@ std::size_t Dictionary::slotFor(std::string_view key) const noexcept {
 }
 
 const Value* Dictionary::find(std::string_view key) const noexcept {
-    if (index_.empty()) {
+    if (!index_) {
         for (const auto& entry : entries_) {
             if (entry.key == key) {
                 return &entry.value;
@@ -51,18 +136,15 @@ const Value* Dictionary::find(std::string_view key) const noexcept {
 }
 
 void Dictionary::rebuildIndex() {
-    std::size_t capacity = 64;
-    while (capacity < entries_.size() * 2) {
-        capacity *= 2;
-    }
-    index_.assign(capacity, 0);
+    const std::size_t capacity = indexCapacity(entries_.size());
+    index_ = std::make_unique<std::uint32_t[]>(capacity);
     for (std::size_t i = 0; i < entries_.size(); ++i) {
         index_[slotFor(entries_[i].key)] = static_cast<std::uint32_t>(i + 1);
     }
 }
 
 void Dictionary::insert(std::string key, Value value) {
-    if (index_.empty()) {
+    if (!index_) {
         for (auto& entry : entries_) {
             if (entry.key == key) {
                 entry.value = std::move(value);
@@ -80,17 +162,22 @@ void Dictionary::insert(std::string key, Value value) {
         entries_[index_[slot] - 1].value = std::move(value);
         return;
     }
+    const std::size_t oldCapacity = indexCapacity(entries_.size());
     entries_.push_back({std::move(key), std::move(value)});
-    if (entries_.size() * 2 > index_.size()) {
+    if (indexCapacity(entries_.size()) != oldCapacity) {
         rebuildIndex();
     } else {
         index_[slot] = static_cast<std::uint32_t>(entries_.size());
     }
 }
 
-bool operator==(const Dictionary& a, const Dictionary& b) { return a.entries_ == b.entries_; }
+bool operator==(const Dictionary& a, const Dictionary& b) {
+    return a.entries_ == b.entries_;
+}
 
-bool operator==(const Value& a, const Value& b) { return a.storage_ == b.storage_; }
+bool operator==(const Value& a, const Value& b) {
+    return a.storage_ == b.storage_;
+}
 
 const std::string* findString(const Dictionary& dictionary, std::string_view key) {
     const Value* value = dictionary.find(key);

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -37,6 +38,10 @@ public:
     Dictionary& operator=(Dictionary&&) noexcept;
     ~Dictionary();
 
+    // Takes entries in document order, as the readers collect them; a
+    // repeated key keeps its first position and takes the last value.
+    explicit Dictionary(std::vector<DictionaryEntry> entries);
+
     [[nodiscard]] std::size_t size() const noexcept;
     [[nodiscard]] bool empty() const noexcept;
 
@@ -56,12 +61,16 @@ public:
 
 private:
     void rebuildIndex();
+    void removeRepeatedKeys();
     [[nodiscard]] std::size_t slotFor(std::string_view key) const noexcept;
 
     std::vector<DictionaryEntry> entries_;
     // Open-addressing table of entry positions + 1 (0 = empty slot); only built
-    // once the dictionary is large enough for a linear scan to cost more.
-    std::vector<std::uint32_t> index_;
+    // once the dictionary is large enough for a linear scan to cost more. Its
+    // capacity follows from the entry count, so a plain pointer is enough and
+    // a Dictionary stays as small as a std::string: a project's values are
+    // mostly short texts, and every byte of Value counts millions of times.
+    std::unique_ptr<std::uint32_t[]> index_;
 };
 
 // A property-list value: text, integer, real, boolean, date, data, array or
