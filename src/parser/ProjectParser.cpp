@@ -4,10 +4,10 @@
 #include "parser/ParserError.h"
 #include "parser/PathExists.h"
 #include "parser/ProjectTargets.h"
-#include "parser/Utf8.h"
 #include "parser/WorkspaceLocation.h"
 #include "plist/ParseError.h"
 #include "plist/PropertyListReader.h"
+#include "plist/Utf8.h"
 
 namespace kelvane {
 
@@ -35,7 +35,7 @@ std::string resolveWorkspace(const std::string& workspaceURL) {
     if (isPropertyListDictionary(bytes, dataPath)) {
         throw ParserError(ParserError::Case::noProjectInWorkspace);
     }
-    if (!isValidUtf8(bytes)) {
+    if (plist::utf8::findInvalid(bytes) != std::string_view::npos) {
         throw ParserError(ParserError::Case::workspaceParsingFailed);
     }
     const std::optional<std::string_view> location = firstProjectLocation(bytes);
