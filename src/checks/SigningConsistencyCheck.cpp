@@ -1,0 +1,159 @@
+#include "checks/SigningConsistencyCheck.h"
+
+#include "checks/CheckSupport.h"
+#include "diagnostics/JoinLines.h"
+
+#include <array>
+#include <set>
+#include <vector>
+
+namespace kelvane {
+namespace {
+
+constexpr const char* kCheckID = "signing.inconsistent";
+
+constexpr const char* kSingleTitle = "Single Target Project";
+constexpr const char* kSingleDescription =
+    "This project has only one target, so signing consistency checks are not applicable.";
+constexpr const char* kSingleImpact =
+    "No signing consistency issues can occur with a single target.";
+
+constexpr const char* kConsistentTitle = "Code Signing Consistent";
+constexpr const char* kConsistentDescriptionHead =
+    "All targets use consistent code signing settings.\n\nDevelopment Team: ";
+constexpr const char* kConsistentDescriptionStyle = "\nCode Sign Style: ";
+constexpr const char* kConsistentImpact =
+    "No signing-related build or distribution issues expected.";
+
+constexpr const char* kInconsistentTitle = "Inconsistent Code Signing Settings";
+constexpr const char* kInconsistentDescriptionHead =
+    "Code signing settings are inconsistent across targets in this project.\n\n"
+    "Detected inconsistencies:\n";
+constexpr const char* kInconsistentDescriptionTail =
+    "\n\nConsistent signing settings are recommended for:\n"
+    "• Smooth CI/CD integration\n"
+    "• Avoiding provisioning profile conflicts\n"
+    "• Predictable build behavior\n"
+    "• Easier team collaboration\n\n"
+    "This is not always an error—some projects intentionally use different signing for "
+    "different targets (e.g., app vs. extension). Review your project's signing requirements.";
+constexpr const char* kInconsistentImpact =
+    "Inconsistent signing settings can cause CI build failures, provisioning profile "
+    "conflicts, and installation issues when distributing the app.";
+constexpr const char* kMultipleTeams = "Multiple development teams: ";
+constexpr const char* kMultipleStyles = "Multiple code sign styles: ";
+
+constexpr const char* kFixSummary = "Align Signing Settings";
+constexpr const char* kFixWarning =
+    "Changing signing settings may affect your ability to build and distribute the app. Ensure "
+    "you have the correct certificates and provisioning profiles.";
+constexpr const char* kManualStepDescription = "Manually review signing settings in Xcode";
+constexpr std::array<const char*, 4> kManualInstructions{
+    "Open project.pbxproj in Xcode", "Review DEVELOPMENT_TEAM across all targets",
+    "Review CODE_SIGN_STYLE across all targets", "Align settings as needed for your project"};
+
+constexpr const char* kTeamSetting = "DEVELOPMENT_TEAM";
+constexpr const char* kStyleSetting = "CODE_SIGN_STYLE";
+constexpr const char* kNotSet = "(not set)";
+
+std::string orNotSet(const std::optional<std::string>& value) {
+    return value.value_or(kNotSet);
+}
+
+// Sorted so the detected line reads the same whichever target comes first.
+std::set<std::string> distinctValues(const std::vector<TargetContext>& targets,
+                                     std::optional<std::string> TargetContext::*setting) {
+    std::set<std::string> values;
+    for (const auto& target : targets) {
+        if (const auto& value = target.*setting) {
+            values.insert(*value);
+        }
+    }
+    return values;
+}
+
+std::string joined(const std::set<std::string>& values) {
+    return join(std::vector<std::string>(values.begin(), values.end()), ", ");
+}
+
+// The first target is the reference, not the main app and not the majority:
+// without both of its values there is nothing to align to.
+DoctorFix alignmentFix(const std::vector<TargetContext>& targets) {
+    DoctorFix fix{
+        .summary = kFixSummary, .safety = FixSafety::manualOnly, .warningMessage = kFixWarning};
+    const auto& reference = targets.front();
+    if (!reference.developmentTeam || !reference.codeSignStyle) {
+        fix.steps.push_back(
+            FixStep{kManualStepDescription,
+                    ManualInstruction{{kManualInstructions.begin(), kManualInstructions.end()}}});
+        return fix;
+    }
+    const std::string& team = *reference.developmentTeam;
+    const std::string& style = *reference.codeSignStyle;
+    for (auto target = targets.begin() + 1; target != targets.end(); ++target) {
+        fix.steps.push_back(
+            setBuildSettingStep("Set " + target->name + " " + kTeamSetting + " to '" + team + "'",
+                                target->name, kTeamSetting, team));
+        fix.steps.push_back(
+            setBuildSettingStep("Set " + target->name + " " + kStyleSetting + " to '" + style + "'",
+                                target->name, kStyleSetting, style));
+    }
+    return fix;
+}
+
+} // namespace
+
+std::string SigningConsistencyCheck::id() const {
+    return kCheckID;
+}
+
+std::optional<DoctorIssue> SigningConsistencyCheck::run(const ProjectContext& context) const {
+    const auto& targets = context.targets;
+    if (targets.size() < 2) {
+        return DoctorIssue{.id = kCheckID,
+                           .severity = Severity::success,
+                           .title = kSingleTitle,
+                           .description = kSingleDescription,
+                           .impact = kSingleImpact};
+    }
+
+    const auto teams = distinctValues(targets, &TargetContext::developmentTeam);
+    const auto styles = distinctValues(targets, &TargetContext::codeSignStyle);
+    if (teams.size() <= 1 && styles.size() <= 1) {
+        const std::string team = teams.empty() ? kNotSet : *teams.begin();
+        const std::string style = styles.empty() ? kNotSet : *styles.begin();
+        return DoctorIssue{.id = kCheckID,
+                           .severity = Severity::success,
+                           .title = kConsistentTitle,
+                           .description = kConsistentDescriptionHead + team +
+                                          kConsistentDescriptionStyle + style,
+                           .impact = kConsistentImpact,
+                           .affectedTargets = makeTargetRefs(targets)};
+    }
+
+    std::vector<std::string> lines;
+    if (teams.size() > 1) {
+        lines.push_back(kMultipleTeams + joined(teams));
+    }
+    if (styles.size() > 1) {
+        lines.push_back(kMultipleStyles + joined(styles));
+    }
+    std::vector<EvidenceItem> evidence;
+    for (const auto& target : targets) {
+        evidence.push_back(
+            buildSettingEvidence(target.name, kTeamSetting, orNotSet(target.developmentTeam)));
+        evidence.push_back(
+            buildSettingEvidence(target.name, kStyleSetting, orNotSet(target.codeSignStyle)));
+    }
+    return DoctorIssue{.id = kCheckID,
+                       .severity = Severity::warning,
+                       .title = kInconsistentTitle,
+                       .description = kInconsistentDescriptionHead + joinLines(lines) +
+                                      kInconsistentDescriptionTail,
+                       .impact = kInconsistentImpact,
+                       .evidence = std::move(evidence),
+                       .affectedTargets = makeTargetRefs(targets),
+                       .fix = alignmentFix(targets)};
+}
+
+} // namespace kelvane
