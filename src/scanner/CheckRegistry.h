@@ -1,0 +1,13 @@
+#pragma once
+
+#include "checks/DoctorCheck.h"
+
+#include <vector>
+
+namespace kelvane {
+
+// The checks every scan runs, configured, in run order: the order of
+// kCheckTitles (CheckTitles.h), which is deliberately not alphabetical.
+[[nodiscard]] std::vector<AnyCheck> makeCheckRegistry();
+
+} // namespace kelvane

@@ -1,0 +1,7 @@
+#include "scanner/EventLoop.h"
+
+namespace kelvane {
+
+EventLoop::~EventLoop() = default;
+
+} // namespace kelvane
