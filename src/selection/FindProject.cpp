@@ -1,18 +1,16 @@
 #include "model/FilePath.h"
+#include "selection/FolderEntries.h"
 #include "selection/ProjectSelection.h"
 #include "selection/ProjectSelectionError.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <iterator>
+#include <optional>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 namespace kelvane {
 namespace {
-
-namespace fs = std::filesystem;
 
 // An entry the walk still has to visit. Ordinary files that are not
 // candidates never become one: on a large source tree they are nearly all of
@@ -36,34 +34,24 @@ bool isProject(std::string_view name) {
 
 // A folder's visible entries that matter to the walk, in ascending byte order
 // of their names (std::string compares as unsigned bytes), so the visiting
-// order is the same on every file system.
-std::vector<PendingEntry> readFolder(const std::string& folder, fs::directory_iterator entries) {
+// order is the same on every file system. Nothing when the folder cannot be
+// opened.
+std::optional<std::vector<PendingEntry>> readFolder(const std::string& folder) {
     struct Named {
         std::string name;
         bool isFolder;
     };
     std::vector<Named> found;
-    std::error_code error;
-    for (const fs::directory_iterator end; entries != end; entries.increment(error)) {
-        if (error) {
-            break;
+    const bool opened = forEachFolderEntry(folder, [&](std::string_view name, bool isFolder) {
+        if (name.front() == '.') {
+            return;
         }
-        // The entry already holds "<folder>/<name>"; slice the name out of it
-        // rather than build another path object.
-        const std::string& full = entries->path().native();
-        const std::string_view name = std::string_view(full).substr(full.rfind('/') + 1);
-        if (name.empty() || name.front() == '.') {
-            continue;
-        }
-        // Both answers come from the type the folder listing reported, without a
-        // further call to the file system. A link is never descended, so links
-        // to ancestors cannot make the walk go round.
-        const bool isFolder =
-            !entries->is_symlink(error) && !error && entries->is_directory(error) && !error;
-        error.clear();
         if (isFolder || isWorkspace(name) || isProject(name)) {
             found.push_back({std::string(name), isFolder});
         }
+    });
+    if (!opened) {
+        return std::nullopt;
     }
     std::sort(found.begin(), found.end(),
               [](const Named& a, const Named& b) { return a.name < b.name; });
@@ -81,17 +69,17 @@ void pushInReverse(std::vector<PendingEntry>& stack, std::vector<PendingEntry> e
 }
 
 // Depth-first, pre-order, with its own stack: a deep tree must not exhaust the
-// call stack.
+// call stack. Links are never descended, so a link to an ancestor cannot make
+// the walk go round.
 Candidates walk(const std::string& folder) {
-    std::error_code error;
-    fs::directory_iterator top(fs::path(folder), error);
-    if (error) {
+    std::optional<std::vector<PendingEntry>> top = readFolder(folder);
+    if (!top) {
         throw ProjectSelectionError(ProjectSelectionError::Case::cannotEnumerateFolder);
     }
+    std::vector<PendingEntry> stack;
+    pushInReverse(stack, std::move(*top));
 
     Candidates candidates;
-    std::vector<PendingEntry> stack;
-    pushInReverse(stack, readFolder(folder, std::move(top)));
     while (!stack.empty()) {
         PendingEntry entry = std::move(stack.back());
         stack.pop_back();
@@ -105,12 +93,9 @@ Candidates walk(const std::string& folder) {
             continue;
         }
         // Folders below the top that cannot be opened are passed over silently.
-        fs::directory_iterator inner(fs::path(entry.path), error);
-        if (error) {
-            error.clear();
-            continue;
+        if (std::optional<std::vector<PendingEntry>> inner = readFolder(entry.path)) {
+            pushInReverse(stack, std::move(*inner));
         }
-        pushInReverse(stack, readFolder(entry.path, std::move(inner)));
     }
     return candidates;
 }
