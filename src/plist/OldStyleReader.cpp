@@ -125,8 +125,9 @@ public:
                     }
                     return value;
                 }
-                if (frames_.back().dictionary) {
-                    entries_.back().value = std::move(value);
+                Frame& frame = frames_.back();
+                if (frame.dictionary) {
+                    (frame.owned ? frame.ownEntries : entries_).back().value = std::move(value);
                     skipBlanks();
                     expect(';', "after value");
                     skipBlanks();
@@ -138,7 +139,12 @@ public:
                     beginEntry();
                     break;
                 }
-                elements_.push_back(std::move(value));
+                if (frame.owned) {
+                    frame.ownElements.push_back(std::move(value));
+                } else {
+                    elements_.push_back(std::move(value));
+                    adoptIfLarge(frame, elements_, frame.ownElements);
+                }
                 skipBlanks();
                 if (p_ != end_ && *p_ == ',') {
                     ++p_;
@@ -163,8 +169,28 @@ public:
 private:
     struct Frame {
         bool dictionary;
-        std::size_t firstChild; // in entries_ or elements_
+        std::size_t firstChild; // in entries_ or elements_, until owned
+        // A container with very many children (the object table) takes them
+        // into a vector of its own, which then becomes its storage as it is:
+        // moving 100,000s of entries out of the scratch stack would briefly
+        // double the largest block of the whole tree.
+        bool owned = false;
+        std::vector<DictionaryEntry> ownEntries;
+        Array ownElements;
     };
+
+    template <typename Child>
+    static void adoptIfLarge(Frame& frame, std::vector<Child>& scratch, std::vector<Child>& own) {
+        constexpr std::size_t kOwnFrom = 4096;
+        if (scratch.size() - frame.firstChild < kOwnFrom) {
+            return;
+        }
+        const auto from = scratch.begin() + static_cast<std::ptrdiff_t>(frame.firstChild);
+        own.reserve(2 * kOwnFrom);
+        own.assign(std::make_move_iterator(from), std::make_move_iterator(scratch.end()));
+        scratch.erase(from, scratch.end());
+        frame.owned = true;
+    }
 
     [[noreturn]] void fail(const char* at, const std::string& reason) const {
         std::size_t line = 1;
@@ -254,11 +280,17 @@ private:
         if (frames_.size() >= limits_.maxDepth) {
             fail(p_, "nesting deeper than " + std::to_string(limits_.maxDepth) + " levels");
         }
-        frames_.push_back({dictionary, dictionary ? entries_.size() : elements_.size()});
+        frames_.push_back(
+            {dictionary, dictionary ? entries_.size() : elements_.size(), false, {}, {}});
         ++p_;
     }
 
     Value closeDictionary() {
+        if (frames_.back().owned) {
+            Value value(Dictionary(std::move(frames_.back().ownEntries)));
+            frames_.pop_back();
+            return value;
+        }
         const std::size_t first = frames_.back().firstChild;
         frames_.pop_back();
         const auto from = entries_.begin() + static_cast<std::ptrdiff_t>(first);
@@ -269,6 +301,11 @@ private:
     }
 
     Value closeArray() {
+        if (frames_.back().owned) {
+            Value value(std::move(frames_.back().ownElements));
+            frames_.pop_back();
+            return value;
+        }
         const std::size_t first = frames_.back().firstChild;
         frames_.pop_back();
         const auto from = elements_.begin() + static_cast<std::ptrdiff_t>(first);
@@ -282,12 +319,20 @@ private:
         if (p_ == end_) {
             fail(p_, "unexpected end of file");
         }
+        std::string key;
         if (*p_ == '"' || *p_ == '\'') {
-            entries_.push_back({readQuoted(), Value()});
+            key = readQuoted();
         } else if (isUnquoted(*p_)) {
-            entries_.push_back({readUnquoted(), Value()});
+            key = readUnquoted();
         } else {
             failExpected("a key or '}'");
+        }
+        Frame& frame = frames_.back();
+        if (frame.owned) {
+            frame.ownEntries.push_back({std::move(key), Value()});
+        } else {
+            entries_.push_back({std::move(key), Value()});
+            adoptIfLarge(frame, entries_, frame.ownEntries);
         }
         skipBlanks();
         expect('=', "after key");

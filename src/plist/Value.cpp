@@ -38,24 +38,46 @@ Dictionary& Dictionary::operator=(const Dictionary& other) {
 }
 
 Dictionary::Dictionary(std::vector<DictionaryEntry> entries) : entries_(std::move(entries)) {
-    removeRepeatedKeys();
-    if (entries_.size() >= kIndexThreshold) {
-        rebuildIndex();
+    if (entries_.size() < kIndexThreshold) {
+        removeRepeatedKeys();
+        return;
+    }
+    // One hashing pass builds the index and finds repeated keys; repeats are
+    // rare, so only then is the table compacted and indexed again.
+    const std::size_t count = entries_.size();
+    index_ = std::make_unique<std::uint32_t[]>(indexCapacity(count));
+    bool repeats = false;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t slot = slotFor(entries_[i].key);
+        if (index_[slot] == 0) {
+            index_[slot] = static_cast<std::uint32_t>(i + 1);
+        } else {
+            repeats = true;
+        }
+    }
+    if (repeats) {
+        index_.reset();
+        removeRepeatedKeys();
+        if (entries_.size() >= kIndexThreshold) {
+            rebuildIndex();
+        }
     }
 }
 
 void Dictionary::removeRepeatedKeys() {
-    // Readers hand over keys as written; repeats are rare, so find them with a
-    // throwaway index (or a scan, when small) and only then pay for compaction.
+    // Each later occurrence hands its value to the first one and is dropped.
     const std::size_t count = entries_.size();
     std::vector<bool> repeated;
+    const auto drop = [&](std::size_t later, std::size_t first) {
+        repeated.resize(count);
+        repeated[later] = true;
+        entries_[first].value = std::move(entries_[later].value);
+    };
     if (count < kIndexThreshold) {
         for (std::size_t i = 1; i < count; ++i) {
             for (std::size_t j = 0; j < i; ++j) {
-                if (!(repeated.size() > j && repeated[j]) && entries_[j].key == entries_[i].key) {
-                    repeated.resize(count);
-                    repeated[i] = true;
-                    entries_[j].value = std::move(entries_[i].value);
+                if (entries_[j].key == entries_[i].key && (repeated.empty() || !repeated[j])) {
+                    drop(i, j);
                     break;
                 }
             }
@@ -72,9 +94,7 @@ void Dictionary::removeRepeatedKeys() {
             if (slots[slot] == 0) {
                 slots[slot] = static_cast<std::uint32_t>(i + 1);
             } else {
-                repeated.resize(count);
-                repeated[i] = true;
-                entries_[slots[slot] - 1].value = std::move(entries_[i].value);
+                drop(i, slots[slot] - 1);
             }
         }
     }
