@@ -17,6 +17,9 @@ public:
     virtual ~EventLoop();
 
     virtual void post(std::chrono::milliseconds delay, std::function<void()> task) = 0;
+    // The loop's clock, from an arbitrary origin: only differences mean
+    // something (how long a scan took, say).
+    [[nodiscard]] virtual std::chrono::milliseconds now() const = 0;
 };
 
 } // namespace kelvane

@@ -30,10 +30,10 @@ std::vector<CheckProgress> ScanViewModel::initialProgress() {
     std::vector<CheckProgress> rows;
     rows.reserve(kCheckTitles.size());
     for (const CheckTitle& entry : kCheckTitles) {
-        rows.push_back(CheckProgress{.id = std::string(entry.id),
-                                     .title = std::string(entry.title),
-                                     .status = rows.empty() ? CheckStatus::running
-                                                            : CheckStatus::pending});
+        rows.push_back(
+            CheckProgress{.id = std::string(entry.id),
+                          .title = std::string(entry.title),
+                          .status = rows.empty() ? CheckStatus::running : CheckStatus::pending});
     }
     return rows;
 }
@@ -82,7 +82,9 @@ void ScanViewModel::finishScan(const std::string& projectPath, std::chrono::mill
     setState(CompletedState{.result = std::move(result)});
 }
 
-void ScanViewModel::reset() { setState(IdleState{}); }
+void ScanViewModel::reset() {
+    setState(IdleState{});
+}
 
 void ScanViewModel::rescan() {
     if (const auto* completed = std::get_if<CompletedState>(&state_)) {

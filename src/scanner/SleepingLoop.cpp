@@ -9,6 +9,11 @@ void SleepingLoop::post(std::chrono::milliseconds delay, std::function<void()> t
     tasks_.emplace(std::chrono::steady_clock::now() + delay, std::move(task));
 }
 
+std::chrono::milliseconds SleepingLoop::now() const {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+}
+
 void SleepingLoop::runUntilIdle() {
     while (!tasks_.empty()) {
         auto next = tasks_.begin();

@@ -14,6 +14,7 @@ namespace kelvane {
 class SleepingLoop final : public EventLoop {
 public:
     void post(std::chrono::milliseconds delay, std::function<void()> task) override;
+    [[nodiscard]] std::chrono::milliseconds now() const override;
 
     // Returns when no task is left, including those posted by running tasks.
     void runUntilIdle();

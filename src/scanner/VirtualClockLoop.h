@@ -24,7 +24,7 @@ public:
     std::size_t runUntilIdle(std::size_t limit = 100'000);
 
     // Virtual time since the loop was made.
-    [[nodiscard]] std::chrono::milliseconds now() const noexcept { return now_; }
+    [[nodiscard]] std::chrono::milliseconds now() const noexcept override { return now_; }
     // Every delay passed to post(), in posting order.
     [[nodiscard]] const std::vector<std::chrono::milliseconds>& delays() const noexcept {
         return delays_;
