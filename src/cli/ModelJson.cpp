@@ -2,23 +2,21 @@
 
 namespace kelvane::cli {
 
-namespace {
-nlohmann::ordered_json optional(const std::optional<std::string>& text) {
+nlohmann::ordered_json textOrNull(const std::optional<std::string>& text) {
     return text ? nlohmann::ordered_json(*text) : nlohmann::ordered_json(nullptr);
 }
-} // namespace
 
 nlohmann::ordered_json toJson(const TargetContext& target) {
     nlohmann::ordered_json json;
     json["name"] = target.name;
     json["type"] = std::string(rawValue(target.type));
-    json["infoPlistURL"] = optional(target.infoPlistURL);
-    json["entitlementsURL"] = optional(target.entitlementsURL);
-    json["bundleIdentifier"] = optional(target.bundleIdentifier);
+    json["infoPlistURL"] = textOrNull(target.infoPlistURL);
+    json["entitlementsURL"] = textOrNull(target.entitlementsURL);
+    json["bundleIdentifier"] = textOrNull(target.bundleIdentifier);
     json["linkedFrameworks"] = target.linkedFrameworks;
-    json["developmentTeam"] = optional(target.developmentTeam);
-    json["codeSignStyle"] = optional(target.codeSignStyle);
-    json["deploymentTarget"] = optional(target.deploymentTarget);
+    json["developmentTeam"] = textOrNull(target.developmentTeam);
+    json["codeSignStyle"] = textOrNull(target.codeSignStyle);
+    json["deploymentTarget"] = textOrNull(target.deploymentTarget);
     return json;
 }
 

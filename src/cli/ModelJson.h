@@ -6,6 +6,9 @@
 
 namespace kelvane::cli {
 
+// An optional text as every JSON document shows it: the text, or null.
+[[nodiscard]] nlohmann::ordered_json textOrNull(const std::optional<std::string>& text);
+
 // The project model as the JSON documents show it: record field names, fields
 // in record order, absent optionals as null, target types as raw values.
 [[nodiscard]] nlohmann::ordered_json toJson(const TargetContext& target);

@@ -1,5 +1,7 @@
+#include "cli/ChecksCommand.h"
 #include "cli/CommandIO.h"
 #include "cli/InspectCommand.h"
+#include "cli/ScanCommand.h"
 
 #include <CLI/CLI.hpp>
 #include <iostream>
@@ -12,7 +14,9 @@ int main(int argc, char** argv) {
     app.require_subcommand(1);
 
     CommandIO io{std::cout, std::cerr};
+    addScanCommand(app, io);
     addInspectCommand(app, io);
+    addChecksCommand(app, io);
 
     try {
         app.parse(argc, argv);

@@ -1,13 +1,12 @@
 #include "diagnostics/EvidenceSource.h"
 
+#include "diagnostics/Overloaded.h"
+
 namespace kelvane {
 
 namespace {
 // U+2192 with one space on each side.
 constexpr std::string_view kArrow = " \u2192 ";
-
-template <class... Handlers> struct Overloaded : Handlers... { using Handlers::operator()...; };
-template <class... Handlers> Overloaded(Handlers...) -> Overloaded<Handlers...>;
 } // namespace
 
 std::string locationDescription(const EvidenceSource& source) {

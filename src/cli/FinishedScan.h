@@ -1,0 +1,24 @@
+#pragma once
+
+#include "scanner/ProjectScanner.h"
+
+#include <string>
+
+namespace kelvane::cli {
+
+// One scan as the terminal reports it.
+struct FinishedScan {
+    // The location that was scanned, as the user gave it (after folder
+    // resolution), and its last component without the extension.
+    std::string projectPath;
+    std::string projectName;
+    // Wall-clock seconds from the start of the scan to its end.
+    double scanDuration = 0;
+    ScanReport report;
+};
+
+// A check's display title; its id when it has none (a check the title list
+// does not know).
+[[nodiscard]] std::string checkDisplayTitle(const std::string& checkID);
+
+} // namespace kelvane::cli
