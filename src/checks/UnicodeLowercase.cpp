@@ -1,9 +1,10 @@
 #include "checks/UnicodeLowercase.h"
 
+#include "plist/Utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <optional>
 
 namespace kelvane {
 namespace {
@@ -20,7 +21,7 @@ struct LowercaseRun {
 };
 
 // Generated once from the Unicode 14 character database; İ (U+0130) is left
-// out because its full mapping is two characters (see lowercasedUnicode).
+// out because its full mapping is two characters (see appendLowercase).
 constexpr std::array<LowercaseRun, 181> kRuns{{
     {0x0041, 0x005A, 1, 32},     {0x00C0, 0x00D6, 1, 32},     {0x00D8, 0x00DE, 1, 32},
     {0x0100, 0x012E, 2, 1},      {0x0132, 0x0136, 2, 1},      {0x0139, 0x0147, 2, 1},
@@ -96,69 +97,25 @@ char32_t lowercase(char32_t c) {
     return static_cast<char32_t>(static_cast<std::int32_t>(c) + run->delta);
 }
 
-struct Decoded {
-    char32_t codePoint;
-    std::size_t length;
-};
-
-// The multi-byte forms of UTF-8: lead-byte pattern, sequence length, and the
-// smallest code point the length may encode (anything below is overlong).
-struct SequenceForm {
-    unsigned char leadMask;
-    unsigned char leadPattern;
-    std::size_t length;
-    char32_t minimum;
-};
-
-constexpr std::array<SequenceForm, 3> kSequenceForms{{
-    {0xE0, 0xC0, 2, 0x80},
-    {0xF0, 0xE0, 3, 0x800},
-    {0xF8, 0xF0, 4, 0x10000},
-}};
-
-// Strict UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
-std::optional<Decoded> decode(std::string_view text, std::size_t at) {
-    const auto byte = [&](std::size_t i) {
-        return static_cast<unsigned char>(text[i]);
-    };
-    const unsigned char lead = byte(at);
+// One character of text that findInvalid has already vouched for.
+char32_t decodeWellFormed(std::string_view text, std::size_t& at) {
+    const auto lead = static_cast<unsigned char>(text[at++]);
     if (lead < 0x80) {
-        return Decoded{lead, 1};
+        return lead;
     }
-    const auto form =
-        std::find_if(kSequenceForms.begin(), kSequenceForms.end(),
-                     [&](const auto& f) { return (lead & f.leadMask) == f.leadPattern; });
-    if (form == kSequenceForms.end() || text.size() - at < form->length) {
-        return std::nullopt;
+    const int continuation = lead >= 0xF0 ? 3 : lead >= 0xE0 ? 2 : 1;
+    char32_t value = lead & (0x3F >> continuation);
+    for (int i = 0; i < continuation; ++i) {
+        value = (value << 6) | (static_cast<unsigned char>(text[at++]) & 0x3F);
     }
-    char32_t value = lead & static_cast<unsigned char>(~form->leadMask);
-    for (std::size_t i = 1; i < form->length; ++i) {
-        if ((byte(at + i) & 0xC0) != 0x80) {
-            return std::nullopt;
-        }
-        value = (value << 6) | (byte(at + i) & 0x3F);
-    }
-    if (value < form->minimum || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF)) {
-        return std::nullopt;
-    }
-    return Decoded{value, form->length};
+    return value;
 }
 
-void append(std::string& out, char32_t c) {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
+void appendLowercase(std::string& out, char32_t c) {
+    if (c == kCapitalIWithDotAbove) {
+        out += "i\xCC\x87"; // U+0069 U+0307
     } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
+        plist::utf8::append(out, lowercase(c));
     }
 }
 
@@ -167,19 +124,17 @@ void append(std::string& out, char32_t c) {
 std::string lowercasedUnicode(std::string_view utf8) {
     std::string out;
     out.reserve(utf8.size());
-    std::size_t at = 0;
-    while (at < utf8.size()) {
-        const auto decoded = decode(utf8, at);
-        if (!decoded) {
-            out += utf8[at++];
-            continue;
+    while (!utf8.empty()) {
+        const std::size_t valid = std::min(plist::utf8::findInvalid(utf8), utf8.size());
+        for (std::size_t at = 0; at < valid;) {
+            appendLowercase(out, decodeWellFormed(utf8, at));
         }
-        if (decoded->codePoint == kCapitalIWithDotAbove) {
-            out += "i\xCC\x87"; // U+0069 U+0307
-        } else {
-            append(out, lowercase(decoded->codePoint));
+        if (valid == utf8.size()) {
+            break;
         }
-        at += decoded->length;
+        // A byte that does not start a well-formed character is kept as it is.
+        out += utf8[valid];
+        utf8.remove_prefix(valid + 1);
     }
     return out;
 }
