@@ -4,6 +4,7 @@
 #include "cli/ModelJson.h"
 #include "cli/ModelText.h"
 #include "parser/ProjectParser.h"
+#include "selection/ProjectSelection.h"
 
 #include <memory>
 
@@ -13,7 +14,9 @@ int runInspect(const std::string& path, InspectFormat format, std::ostream& out,
                std::ostream& err) {
     ProjectContext project;
     try {
-        project = ProjectParser().parseProject(path);
+        // A folder is resolved to the one project or workspace beneath it,
+        // exactly as the window's chooser does.
+        project = ProjectParser().parseProject(resolveSelection(path));
     } catch (const std::exception& error) {
         return reportLoadFailure(error, err);
     }
@@ -35,7 +38,10 @@ void addInspectCommand(CLI::App& app, CommandIO& io) {
     auto options = std::make_shared<Options>();
     CLI::App* command =
         app.add_subcommand("inspect", "Load a project and print its targets and their settings");
-    command->add_option("path", options->path, "An .xcodeproj or .xcworkspace")->required();
+    command
+        ->add_option("path", options->path,
+                     "An .xcodeproj, an .xcworkspace or a folder holding one")
+        ->required();
     command->add_option("--format", options->format, "Output format")
         ->check(CLI::IsMember({"text", "json"}))
         ->capture_default_str();

@@ -2,14 +2,15 @@
 
 #include "cli/CommandIO.h"
 
-#include <CLI/App.hpp>
+#include <CLI/CLI.hpp>
 #include <string>
 
 namespace kelvane::cli {
 
 enum class InspectFormat { text, json };
 
-// Loads the project at `path` and prints its model. Returns the exit status:
+// Loads the project at `path` (a bundle, or a folder holding one) and prints
+// its model. Returns the exit status:
 // clean when it loaded, "not loaded" (with the reason on `err` and nothing on
 // `out`) when it did not.
 int runInspect(const std::string& path, InspectFormat format, std::ostream& out, std::ostream& err);

@@ -4,6 +4,7 @@
 #include "TempDir.h"
 #include "cli/ChecksCommand.h"
 #include "cli/ScanText.h"
+#include "scanner/CheckTitles.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -89,6 +90,53 @@ TEST_F(ScanCommand, ProjectsThatDoNotLoadPrintOnlyTheReason) {
             EXPECT_EQ(run.status, 2);
             EXPECT_EQ(run.out, "");
             EXPECT_EQ(run.err, message);
+        }
+    }
+}
+
+// The registry over the two example projects, whose findings their README
+// lists: every check row, the issue order and the exit status.
+TEST(ScanExamples, ReportsTheDocumentedFindings) {
+    struct Case {
+        std::string path;
+        int status;
+        std::vector<std::string> issueOrder;
+        std::vector<std::string> severities;
+    };
+    const std::string examples = (testing::sourceDir() / "examples").string();
+    const std::vector<Case> cases{
+        {examples + "/Aurora/Aurora.xcodeproj",
+         0,
+         {"watch.companion.mismatch", "widget.bundle.identifier.invalid",
+          "widgetkit.framework.missing", "signing.inconsistent", "bundle.identifier.collision",
+          "app.group.consistency", "deployment.target.mismatch", "entitlement.without.capability"},
+         std::vector<std::string>(8, "success")},
+        {examples + "/Nimbus/Nimbus.xcworkspace",
+         1,
+         {"watch.companion.mismatch", "cloudkit.container.mismatch",
+          "widget.bundle.identifier.invalid", "widgetkit.framework.missing",
+          "bundle.identifier.collision", "signing.inconsistent", "app.group.consistency",
+          "deployment.target.mismatch", "entitlement.without.capability"},
+         {"error", "error", "error", "error", "error", "warning", "warning", "warning", "warning"}},
+    };
+    for (const Case& c : cases) {
+        std::ostringstream out;
+        std::ostringstream err;
+        EXPECT_EQ(runScan(c.path, ScanFormat::json, out, err), c.status) << c.path;
+        EXPECT_EQ(err.str(), "") << c.path;
+        const auto json = nlohmann::ordered_json::parse(out.str());
+        std::vector<std::string> ids;
+        std::vector<std::string> severities;
+        for (const auto& issue : json["issues"]) {
+            ids.push_back(issue["id"]);
+            severities.push_back(issue["severity"]);
+        }
+        EXPECT_EQ(ids, c.issueOrder) << c.path;
+        EXPECT_EQ(severities, c.severities) << c.path;
+        ASSERT_EQ(json["checks"].size(), 9U);
+        for (std::size_t i = 0; i < 9; ++i) {
+            EXPECT_EQ(json["checks"][i]["id"], kCheckTitles[i].id);
+            EXPECT_EQ(json["checks"][i]["title"], kCheckTitles[i].title);
         }
     }
 }

@@ -1,0 +1,64 @@
+#include "cli/GitHubAnnotations.h"
+
+#include "cli/Findings.h"
+
+#include <string>
+#include <string_view>
+
+namespace kelvane::cli {
+
+namespace {
+
+// The runner splits a command at line breaks and reads '%' as an escape;
+// property values also end at ',' and ':'.
+std::string escapedData(std::string_view text) {
+    std::string result;
+    for (const char c : text) {
+        switch (c) {
+        case '%':
+            result += "%25";
+            break;
+        case '\r':
+            result += "%0D";
+            break;
+        case '\n':
+            result += "%0A";
+            break;
+        default:
+            result += c;
+        }
+    }
+    return result;
+}
+
+std::string escapedProperty(std::string_view text) {
+    std::string result;
+    for (const char c : escapedData(text)) {
+        if (c == ':') {
+            result += "%3A";
+        } else if (c == ',') {
+            result += "%2C";
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+void writeGitHubAnnotations(const FinishedScan& scan, const EvidenceFiles& files,
+                            std::ostream& out) {
+    for (const Finding& finding : findings(scan)) {
+        const DoctorIssue& issue = *finding.issue;
+        out << "::" << rawValue(issue.severity) << ' ';
+        const std::vector<std::string> issueFiles = files.filesFor(issue);
+        if (!issueFiles.empty()) {
+            out << "file=" << escapedProperty(relativeToCurrentFolder(issueFiles.front())) << ',';
+        }
+        out << "title=" << escapedProperty(issue.title + " (" + finding.checkID + ")")
+            << "::" << escapedData(issue.description + "\n\nImpact: " + issue.impact) << '\n';
+    }
+}
+
+} // namespace kelvane::cli

@@ -1,0 +1,104 @@
+#include "cli/SarifReport.h"
+
+#include "cli/Findings.h"
+#include "cli/ModelJson.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+namespace kelvane::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::string_view kSchema = "https://json.schemastore.org/sarif-2.1.0.json";
+
+// An artifact location is a URI reference: file names with spaces
+// ("Nimbus WatchKit App/Info.plist") must be percent-encoded.
+std::string uriReference(std::string_view path) {
+    std::string uri;
+    for (const unsigned char c : path) {
+        const bool plain = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+                           (c >= '0' && c <= '9') || std::string_view("-._~/").find(c) !=
+                                                         std::string_view::npos;
+        if (plain) {
+            uri += static_cast<char>(c);
+        } else {
+            char escaped[4];
+            std::snprintf(escaped, sizeof escaped, "%%%02X", c);
+            uri += escaped;
+        }
+    }
+    return uri;
+}
+
+std::string message(const DoctorIssue& issue) {
+    return issue.title + "\n\n" + issue.description + "\n\nImpact: " + issue.impact;
+}
+
+Json rules(const FinishedScan& scan) {
+    Json rules = Json::array();
+    for (const CheckOutcome& check : scan.report.checks) {
+        const std::string title = checkDisplayTitle(check.checkID);
+        Json rule;
+        rule["id"] = check.checkID;
+        rule["name"] = title;
+        rule["shortDescription"] = {{"text", title}};
+        rules.push_back(std::move(rule));
+    }
+    return rules;
+}
+
+Json locations(const DoctorIssue& issue, const EvidenceFiles& files) {
+    Json locations = Json::array();
+    for (const std::string& file : files.filesFor(issue)) {
+        // Line numbers are not tracked; line 1 stands for the whole file,
+        // which GitHub needs to place an alert at all.
+        Json physical;
+        physical["artifactLocation"] = {{"uri", uriReference(relativeToCurrentFolder(file))}};
+        physical["region"] = {{"startLine", 1}};
+        locations.push_back({{"physicalLocation", std::move(physical)}});
+    }
+    return locations;
+}
+
+} // namespace
+
+void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std::ostream& out) {
+    Json results = Json::array();
+    const auto& checks = scan.report.checks;
+    for (const Finding& finding : findings(scan)) {
+        const auto rule = std::find_if(checks.begin(), checks.end(), [&](const CheckOutcome& c) {
+            return c.checkID == finding.checkID;
+        });
+        Json result;
+        result["ruleId"] = finding.checkID;
+        if (rule != checks.end()) {
+            result["ruleIndex"] = rule - checks.begin();
+        }
+        result["level"] = std::string(rawValue(finding.issue->severity));
+        result["message"] = {{"text", message(*finding.issue)}};
+        result["locations"] = locations(*finding.issue, files);
+        result["properties"] = {{"issueId", finding.issue->id}};
+        results.push_back(std::move(result));
+    }
+
+    Json driver;
+    driver["name"] = "Kelvane";
+    driver["version"] = KELVANE_VERSION;
+    driver["rules"] = rules(scan);
+
+    Json run;
+    run["tool"] = {{"driver", std::move(driver)}};
+    run["results"] = std::move(results);
+
+    Json sarif;
+    sarif["$schema"] = kSchema;
+    sarif["version"] = "2.1.0";
+    sarif["runs"] = Json::array({std::move(run)});
+    out << toDocument(sarif);
+}
+
+} // namespace kelvane::cli

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "cli/EvidenceFiles.h"
+#include "cli/FinishedScan.h"
+
+#include <ostream>
+
+namespace kelvane::cli {
+
+// SARIF 2.1.0 as GitHub code scanning reads it: one rule per check, one
+// result per warning or error, located at the files its evidence names,
+// relative to the current folder.
+void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std::ostream& out);
+
+} // namespace kelvane::cli
