@@ -92,10 +92,10 @@ DoctorFix alignmentFix(const std::vector<TargetContext>& targets) {
     const std::string& style = *reference.codeSignStyle;
     for (auto target = targets.begin() + 1; target != targets.end(); ++target) {
         fix.steps.push_back(
-            setBuildSettingStep("Set " + target->name + " " + kTeamSetting + " to '" + team + "'",
+            setBuildSettingStep("Set " + target->name + " DEVELOPMENT_TEAM to '" + team + "'",
                                 target->name, kTeamSetting, team));
         fix.steps.push_back(
-            setBuildSettingStep("Set " + target->name + " " + kStyleSetting + " to '" + style + "'",
+            setBuildSettingStep("Set " + target->name + " CODE_SIGN_STYLE to '" + style + "'",
                                 target->name, kStyleSetting, style));
     }
     return fix;
