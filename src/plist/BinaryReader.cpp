@@ -59,8 +59,7 @@ public:
             fail("too short for a binary property list (" + std::to_string(bytes_.size()) +
                  " bytes)");
         }
-        objectsEnd_ = bytes_.size() - kTrailerSize;
-        const std::size_t trailer = objectsEnd_;
+        const std::size_t trailer = bytes_.size() - kTrailerSize;
         offsetSize_ = byteAt(trailer + 6);
         refSize_ = byteAt(trailer + 7);
         objectCount_ = readUnsigned(trailer + 8, 8);
@@ -72,12 +71,15 @@ public:
         if (refSize_ < 1 || refSize_ > 8) {
             fail("object reference size " + std::to_string(refSize_) + " is not between 1 and 8");
         }
-        if (tableOffset_ < kHeaderSize || tableOffset_ >= objectsEnd_) {
+        if (tableOffset_ <= kHeaderSize || tableOffset_ >= trailer) {
             fail("offset table position " + std::to_string(tableOffset_) + " out of range");
         }
-        if (objectCount_ == 0 || objectCount_ > (objectsEnd_ - tableOffset_) / offsetSize_) {
+        if (objectCount_ == 0 || objectCount_ > (trailer - tableOffset_) / offsetSize_) {
             fail("object count " + std::to_string(objectCount_) + " does not fit the offset table");
         }
+        // Objects lie between the header and the offset table, as the
+        // format's writers put them.
+        objectsEnd_ = static_cast<std::size_t>(tableOffset_);
         if (top >= objectCount_) {
             fail("top object " + std::to_string(top) + " out of range");
         }
