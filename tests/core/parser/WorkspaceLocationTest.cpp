@@ -35,13 +35,8 @@ INSTANTIATE_TEST_SUITE_P(
         PatternCase{"group prefix",
                     kHeader + "   <FileRef\n      location = \"group:App/App.xcodeproj\">\n",
                     "App/App.xcodeproj"},
-        PatternCase{"container prefix", "<FileRef location = \"container:App.xcodeproj\">",
-                    "App.xcodeproj"},
         PatternCase{"absolute prefix keeps the leading slash",
                     "<FileRef location = \"absolute:/tmp/X.xcodeproj\">", "/tmp/X.xcodeproj"},
-        PatternCase{"any prefix text is ignored", "location=\"whatever:A.xcodeproj\"",
-                    "A.xcodeproj"},
-        PatternCase{"empty prefix", "location=\":A.xcodeproj\"", "A.xcodeproj"},
         PatternCase{"only the first of two projects",
                     "location = \"group:First.xcodeproj\"\nlocation = \"group:Second.xcodeproj\"",
                     "First.xcodeproj"},
@@ -59,23 +54,9 @@ INSTANTIATE_TEST_SUITE_P(
                     "location = \"group\n:Sub\nFolder/A.xcodeproj\"", "Sub\nFolder/A.xcodeproj"},
         PatternCase{"the prefix may run past quotes to the next colon",
                     "location = \"noColon\" other=\"x:A.xcodeproj\"", "A.xcodeproj"},
-        PatternCase{"a second colon stays in the capture", "location = \"group:C:/A.xcodeproj\"",
-                    "C:/A.xcodeproj"},
-        PatternCase{"the suffix must end right at the quote", "location = \"group:A.xcodeproj/\"",
-                    std::nullopt},
         PatternCase{"suffix is case-sensitive", "location = \"group:A.XCODEPROJ\"", std::nullopt},
-        PatternCase{"the dot is literal", "location = \"group:Axcodeproj\"", std::nullopt},
-        PatternCase{"bare suffix", "location = \"group:.xcodeproj\"", ".xcodeproj"},
-        PatternCase{"keyword is case-sensitive", "Location = \"group:A.xcodeproj\"", std::nullopt},
-        PatternCase{"single quotes do not count", "location = 'group:A.xcodeproj'", std::nullopt},
-        PatternCase{"no closing quote", "location = \"group:A.xcodeproj", std::nullopt},
-        PatternCase{"keyword inside a longer word still matches", "xlocation = \"g:A.xcodeproj\"",
-                    "A.xcodeproj"},
-        PatternCase{"other attributes between keyword and equals sign",
-                    "location x = \"g:A.xcodeproj\"", std::nullopt},
         PatternCase{"non-ASCII text in the path", "location = \"group:Äpp/Äpp.xcodeproj\"",
-                    "Äpp/Äpp.xcodeproj"},
-        PatternCase{"empty text", "", std::nullopt}));
+                    "Äpp/Äpp.xcodeproj"}));
 
 // The same pattern through std::regex (ECMAScript: leftmost, backtracking, the
 // same \s) on many small random texts built from the pattern's own pieces.
