@@ -1,3 +1,4 @@
+#include "plist/ByteSource.h"
 #include "plist/ParseError.h"
 #include "plist/PropertyListReader.h"
 
@@ -9,7 +10,11 @@
 
 namespace kelvane::plist {
 
-std::string readFile(const std::string& path) {
+namespace {
+
+using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+FileHandle openRegularFile(const std::string& path) {
     namespace fs = std::filesystem;
     std::error_code error;
     const fs::file_status status = fs::status(path, error);
@@ -24,33 +29,69 @@ std::string readFile(const std::string& path) {
     if (!fs::is_regular_file(status)) {
         throw FileReadError(path, "Not a regular file");
     }
-
-    const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
-                                                               &std::fclose);
+    FileHandle file(std::fopen(path.c_str(), "rb"), &std::fclose);
     if (!file) {
         throw FileReadError(path, std::generic_category().message(errno));
     }
+    return file;
+}
+
+class FileByteSource : public ByteSource {
+public:
+    FileByteSource(std::FILE* file, const std::string& path) : file_(file), path_(path) {}
+
+    std::size_t read(char* buffer, std::size_t size) override {
+        std::size_t total = 0;
+        while (total < size) {
+            const std::size_t count = std::fread(buffer + total, 1, size - total, file_);
+            total += count;
+            if (count == 0) {
+                if (std::ferror(file_)) {
+                    throw FileReadError(path_, std::generic_category().message(errno));
+                }
+                break;
+            }
+        }
+        return total;
+    }
+
+private:
+    std::FILE* file_;
+    const std::string& path_;
+};
+
+// Files up to this size are read whole; larger ones go to the reader in
+// blocks, so that the text and the values built from it are not both in
+// memory at their full size.
+constexpr std::size_t kWholeFileLimit = 1 << 20;
+
+} // namespace
+
+std::string readFile(const std::string& path) {
+    const FileHandle file = openRegularFile(path);
+    FileByteSource input(file.get(), path);
     std::string bytes;
-    const auto expected = fs::file_size(path, error);
+    std::error_code error;
+    const auto expected = std::filesystem::file_size(path, error);
     if (!error) {
         bytes.reserve(static_cast<std::size_t>(expected));
     }
     char buffer[1 << 16];
-    while (true) {
-        const std::size_t count = std::fread(buffer, 1, sizeof buffer, file.get());
+    while (const std::size_t count = input.read(buffer, sizeof buffer)) {
         bytes.append(buffer, count);
-        if (count < sizeof buffer) {
-            if (std::ferror(file.get())) {
-                throw FileReadError(path, std::generic_category().message(errno));
-            }
-            break;
-        }
     }
     return bytes;
 }
 
 Value readPropertyListFile(const std::string& path, const ReadLimits& limits) {
-    return readPropertyList(readFile(path), path, limits);
+    const FileHandle file = openRegularFile(path);
+    FileByteSource input(file.get(), path);
+    std::string head(kWholeFileLimit, '\0');
+    head.resize(input.read(head.data(), head.size()));
+    if (head.size() < kWholeFileLimit) {
+        return readPropertyList(head, path, limits);
+    }
+    return readPropertyList(std::move(head), input, path, limits);
 }
 
 } // namespace kelvane::plist

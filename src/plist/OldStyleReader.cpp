@@ -1,8 +1,10 @@
 #include "plist/OldStyleReader.h"
 
+#include "plist/ByteSource.h"
 #include "plist/ParseError.h"
 #include "plist/Utf8.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
@@ -67,22 +69,38 @@ std::string hexByte(unsigned char byte) {
 // stacks (one for array elements, one for dictionary entries) and move into a
 // container of exactly their number when it closes, so a large project costs
 // no over-allocated vectors and no per-container growth.
+//
+// Text may also arrive in blocks (see ByteSource): the parser then works in a
+// window of the text, and whenever a token runs into the window's end it
+// calls refill(), which drops what lies before the token, reads the next
+// block and moves the pointers. Positions for messages count from the start
+// of the text through the dropped part.
 class OldStyleParser {
 public:
     OldStyleParser(std::string_view bytes, const std::string& source, const ReadLimits& limits)
         : begin_(bytes.data()), p_(bytes.data()), end_(bytes.data() + bytes.size()),
-          source_(source), limits_(limits) {}
+          validEnd_(begin_), source_(source), limits_(limits) {}
+
+    OldStyleParser(std::string head, ByteSource& rest, const std::string& source,
+                   const ReadLimits& limits)
+        : buffer_(std::move(head)), input_(&rest), begin_(buffer_.data()), p_(begin_), end_(begin_),
+          validEnd_(begin_), source_(source), limits_(limits) {
+        // The window starts with the head; make sure it holds a whole BOM.
+        const char* keep = begin_;
+        refill(keep, buffer_.size());
+        while (end_ - begin_ < 3 && refill(keep)) {
+        }
+    }
 
     Value parse() {
         if (p_ == end_) {
             fail(p_, "the file is empty");
         }
-        const std::string_view bytes(begin_, static_cast<std::size_t>(end_ - begin_));
-        if (const std::size_t bad = utf8::findInvalid(bytes); bad != std::string_view::npos) {
-            fail(begin_ + bad,
-                 "invalid UTF-8 (byte " + hexByte(static_cast<unsigned char>(begin_[bad])) + ")");
+        if (input_ == nullptr) {
+            validate(true);
         }
-        if (bytes.starts_with("\xEF\xBB\xBF")) {
+        if (std::string_view(begin_, static_cast<std::size_t>(end_ - begin_))
+                .starts_with("\xEF\xBB\xBF")) {
             p_ += 3;
         }
         skipBlanks();
@@ -121,7 +139,7 @@ public:
                 if (frames_.empty()) {
                     skipBlanks();
                     if (p_ != end_) {
-                        fail(p_, "expected end of file after the root value, saw " + describe(p_));
+                        failExpected("end of file after the root value");
                     }
                     return value;
                 }
@@ -192,29 +210,107 @@ private:
         frame.owned = true;
     }
 
-    [[noreturn]] void fail(const char* at, const std::string& reason) const {
-        std::size_t line = 1;
-        std::size_t column = 1;
-        for (const char* q = begin_; q < at; ++q) {
+    // Moves a line and column over [from, to): "\r\n", "\n" and a lone "\r"
+    // end lines, and a column is a character, not a byte.
+    void advance(std::size_t& line, std::size_t& column, const char* from, const char* to) const {
+        for (const char* q = from; q < to; ++q) {
             if (*q == '\n' || (*q == '\r' && (q + 1 == end_ || q[1] != '\n'))) {
                 ++line;
                 column = 1;
             } else if (*q != '\r' && (static_cast<unsigned char>(*q) & 0xC0) != 0x80) {
-                ++column; // one column per character, not per byte
+                ++column;
             }
         }
+    }
+
+    [[noreturn]] void fail(const char* at, const std::string& reason) const {
+        std::size_t line = baseLine_;
+        std::size_t column = baseColumn_;
+        advance(line, column, begin_, at);
         throw ParseError(source_, line, column, reason);
     }
 
+    // Checks the bytes from validEnd_ on, short of a character that the
+    // window cuts, unless this is the end of the text.
+    void validate(bool toEnd) {
+        const char* limit = end_;
+        if (!toEnd) {
+            const char* lead = end_;
+            while (lead > validEnd_ && end_ - lead < 4 &&
+                   (static_cast<unsigned char>(lead[-1]) & 0xC0) == 0x80) {
+                --lead;
+            }
+            if (lead > validEnd_ && static_cast<unsigned char>(lead[-1]) >= 0xC0) {
+                const auto first = static_cast<unsigned char>(lead[-1]);
+                const std::ptrdiff_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+                if (lead - 1 + length > end_) {
+                    limit = lead - 1;
+                }
+            }
+        }
+        const std::string_view bytes(validEnd_, static_cast<std::size_t>(limit - validEnd_));
+        if (const std::size_t bad = utf8::findInvalid(bytes); bad != std::string_view::npos) {
+            fail(validEnd_ + bad, "invalid UTF-8 (byte " +
+                                      hexByte(static_cast<unsigned char>(validEnd_[bad])) + ")");
+        }
+        validEnd_ = limit;
+    }
+
+    // Reads the next block into the window, dropping the bytes before
+    // `keep`. `keep` and p_ move with the bytes; callers move any other
+    // pointer of theirs by its distance from `keep`. False at the end of the
+    // text, and always for text given whole. `preloaded` bytes already sit
+    // in the buffer after end_ (the head, on the first call).
+    bool refill(const char*& keep, std::size_t preloaded = 0) {
+        if (input_ == nullptr || inputDone_) {
+            return false;
+        }
+        const char* from = std::min(keep, validEnd_);
+        if (from > begin_ && from[-1] == '\r') {
+            --from; // whether it ends a line depends on the byte after it
+        }
+        advance(baseLine_, baseColumn_, begin_, from);
+        const auto keepAt = static_cast<std::size_t>(keep - from);
+        const auto pAt = static_cast<std::size_t>(p_ - from);
+        const auto validAt = static_cast<std::size_t>(validEnd_ - from);
+        const std::size_t kept = static_cast<std::size_t>(end_ - from) + preloaded;
+        constexpr std::size_t kBlock = 1 << 18;
+        if (from != buffer_.data()) {
+            std::memmove(buffer_.data(), from, kept);
+        }
+        if (buffer_.size() < kept + kBlock) {
+            buffer_.resize(kept + kBlock);
+        }
+        std::size_t count = 0;
+        if (preloaded == 0) {
+            count = input_->read(buffer_.data() + kept, kBlock);
+            inputDone_ = count == 0;
+        }
+        begin_ = buffer_.data();
+        end_ = begin_ + kept + count;
+        keep = begin_ + keepAt;
+        p_ = begin_ + pAt;
+        validEnd_ = begin_ + validAt;
+        validate(inputDone_);
+        return count > 0 || preloaded > 0;
+    }
+
     // "expected <what>, saw <token>", or the end-of-file text at the end.
-    [[noreturn]] void failExpected(const std::string& what) const {
+    [[noreturn]] void failExpected(const std::string& what) {
         if (p_ == end_) {
             fail(p_, "unexpected end of file");
         }
-        fail(p_, "expected " + what + ", saw " + describe(p_));
+        // Show the whole character even where the window cuts it.
+        const char* at = p_;
+        while (end_ - at < 4 && refill(at)) {
+        }
+        fail(at, "expected " + what + ", saw " + describe(at));
     }
 
     std::string describe(const char* at) const {
+        if (at == end_) {
+            return "end of file";
+        }
         const auto c = static_cast<unsigned char>(*at);
         if (c == '\n' || c == '\r') {
             return "a line break";
@@ -230,6 +326,7 @@ private:
         } else if (c >= 0xC0) {
             length = 2;
         }
+        length = std::min(length, static_cast<std::size_t>(end_ - at));
         std::string shown = "'";
         shown.append(at, length).push_back('\'');
         return shown;
@@ -242,36 +339,69 @@ private:
         ++p_;
     }
 
+    // Stops at a character that is neither blank nor in a comment, or at the
+    // end of the text: after it, p_ == end_ means the text is over.
     void skipBlanks() {
-        while (p_ != end_) {
+        while (true) {
+            if (p_ == end_) {
+                const char* here = p_;
+                if (!refill(here)) {
+                    return;
+                }
+                continue;
+            }
             if (isBlank(*p_)) {
                 ++p_;
                 continue;
             }
-            if (*p_ != '/' || p_ + 1 == end_) {
+            if (*p_ != '/') {
                 return;
+            }
+            if (p_ + 1 == end_) {
+                const char* slash = p_;
+                if (!refill(slash)) {
+                    return; // a lone '/' at the end: an unquoted string
+                }
+                continue;
             }
             if (p_[1] == '/') {
                 p_ += 2;
-                while (p_ != end_ && *p_ != '\n' && *p_ != '\r') {
-                    ++p_;
-                }
-            } else if (p_[1] == '*') {
-                const char* opening = p_;
-                p_ += 2;
                 while (true) {
-                    const void* star = std::memchr(p_, '*', static_cast<std::size_t>(end_ - p_));
-                    if (star == nullptr) {
-                        fail(opening, "unterminated comment");
-                    }
-                    p_ = static_cast<const char*>(star) + 1;
-                    if (p_ != end_ && *p_ == '/') {
+                    while (p_ != end_ && *p_ != '\n' && *p_ != '\r') {
                         ++p_;
+                    }
+                    const char* here = p_;
+                    if (p_ != end_ || !refill(here)) {
                         break;
                     }
                 }
+            } else if (p_[1] == '*') {
+                skipBlockComment();
             } else {
                 return; // a '/' that starts an unquoted string
+            }
+        }
+    }
+
+    void skipBlockComment() {
+        const char* opening = p_;
+        p_ += 2;
+        while (true) {
+            const void* star = std::memchr(p_, '*', static_cast<std::size_t>(end_ - p_));
+            if (star == nullptr) {
+                p_ = end_;
+                if (!refill(opening)) {
+                    fail(opening, "unterminated comment");
+                }
+                continue;
+            }
+            p_ = static_cast<const char*>(star) + 1;
+            if (p_ == end_ && !refill(opening)) {
+                fail(opening, "unterminated comment");
+            }
+            if (*p_ == '/') {
+                ++p_;
+                return;
             }
         }
     }
@@ -353,37 +483,40 @@ private:
 
     std::string readUnquoted() {
         const char* start = p_;
-        while (p_ != end_ && isUnquoted(*p_)) {
-            ++p_;
+        while (true) {
+            while (p_ != end_ && isUnquoted(*p_)) {
+                ++p_;
+            }
+            if (p_ != end_ || !refill(start)) {
+                return std::string(start, p_);
+            }
         }
-        return std::string(start, p_);
     }
 
     std::string readQuoted() {
         const char quote = *p_;
         const char* opening = p_++;
         const char* run = p_;
-        while (p_ != end_ && *p_ != quote && *p_ != '\\') {
-            ++p_;
-        }
-        std::string text(run, p_);
+        std::string text;
         while (true) {
-            if (p_ == end_) {
-                fail(opening, "unterminated string");
+            while (p_ != end_ && *p_ != quote && *p_ != '\\') {
+                ++p_;
             }
+            if (p_ == end_) {
+                const auto runAt = run - opening;
+                if (!refill(opening)) {
+                    fail(opening, "unterminated string");
+                }
+                run = opening + runAt;
+                continue;
+            }
+            text.append(run, p_);
             if (*p_ == quote) {
                 ++p_;
                 return text;
             }
-            if (*p_ == '\\') {
-                readEscape(text, opening);
-                continue;
-            }
+            readEscape(text, opening);
             run = p_;
-            while (p_ != end_ && *p_ != quote && *p_ != '\\') {
-                ++p_;
-            }
-            text.append(run, p_);
         }
     }
 
@@ -401,7 +534,10 @@ private:
         return value;
     }
 
-    void readEscape(std::string& text, const char* opening) {
+    void readEscape(std::string& text, const char*& opening) {
+        // The longest escape, a surrogate pair, is 12 bytes.
+        while (end_ - p_ < 12 && refill(opening)) {
+        }
         const char* escape = p_++;
         if (p_ == end_) {
             fail(opening, "unterminated string");
@@ -475,7 +611,10 @@ private:
                 ++p_;
             }
             if (p_ == end_) {
-                fail(opening, "unterminated data");
+                if (!refill(opening)) {
+                    fail(opening, "unterminated data");
+                }
+                continue;
             }
             if (*p_ == '>') {
                 if (high >= 0) {
@@ -498,9 +637,15 @@ private:
         }
     }
 
+    std::string buffer_; // the window, when the text arrives in blocks
+    ByteSource* input_ = nullptr;
+    bool inputDone_ = false;
     const char* begin_;
     const char* p_;
     const char* end_;
+    const char* validEnd_;     // the bytes before it are known to be UTF-8
+    std::size_t baseLine_ = 1; // where begin_ is in the whole text
+    std::size_t baseColumn_ = 1;
     const std::string& source_;
     const ReadLimits& limits_;
     std::vector<Frame> frames_;
@@ -512,6 +657,11 @@ private:
 
 Value readOldStyle(std::string_view bytes, const std::string& source, const ReadLimits& limits) {
     return OldStyleParser(bytes, source, limits).parse();
+}
+
+Value readOldStyle(std::string head, ByteSource& rest, const std::string& source,
+                   const ReadLimits& limits) {
+    return OldStyleParser(std::move(head), rest, source, limits).parse();
 }
 
 } // namespace kelvane::plist

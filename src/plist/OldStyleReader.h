@@ -8,4 +8,11 @@ namespace kelvane::plist {
 [[nodiscard]] Value readOldStyle(std::string_view bytes, const std::string& source,
                                  const ReadLimits& limits);
 
+class ByteSource;
+
+// The same for text that starts with `head` and goes on in `rest`, read a
+// block at a time: memory holds the values and one block, not the text.
+[[nodiscard]] Value readOldStyle(std::string head, ByteSource& rest, const std::string& source,
+                                 const ReadLimits& limits);
+
 } // namespace kelvane::plist

@@ -1,6 +1,7 @@
 #include "plist/PropertyListReader.h"
 
 #include "plist/BinaryReader.h"
+#include "plist/ByteSource.h"
 #include "plist/OldStyleReader.h"
 #include "plist/XmlReader.h"
 
@@ -35,6 +36,21 @@ Value readPropertyList(std::string_view bytes, const std::string& source,
         return readXml(bytes, source, limits);
     }
     return readOldStyle(bytes, source, limits);
+}
+
+Value readPropertyList(std::string head, ByteSource& rest, const std::string& source,
+                       const ReadLimits& limits) {
+    if (head.starts_with("bplist00")) {
+        char buffer[1 << 16];
+        while (const std::size_t count = rest.read(buffer, sizeof buffer)) {
+            head.append(buffer, count);
+        }
+        return readBinary(head, source, limits);
+    }
+    if (looksLikeXml(head)) {
+        return readXml(head, rest, source, limits);
+    }
+    return readOldStyle(std::move(head), rest, source, limits);
 }
 
 } // namespace kelvane::plist

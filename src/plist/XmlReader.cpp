@@ -1,6 +1,7 @@
 #include "plist/XmlReader.h"
 
 #include "plist/Base64.h"
+#include "plist/ByteSource.h"
 #include "plist/IsoDate.h"
 #include "plist/ParseError.h"
 
@@ -132,6 +133,24 @@ public:
         : source_(source), limits_(limits), parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {}
 
     Value read(std::string_view bytes) {
+        prepare();
+        feed(bytes, true);
+        return finish();
+    }
+
+    Value read(std::string_view head, ByteSource& rest) {
+        prepare();
+        feed(head, false);
+        std::vector<char> buffer(1 << 16);
+        while (const std::size_t count = rest.read(buffer.data(), buffer.size())) {
+            feed(std::string_view(buffer.data(), count), false);
+        }
+        feed({}, true);
+        return finish();
+    }
+
+private:
+    void prepare() {
         if (!parser_) {
             throw ParseError(source_, "cannot start the XML parser");
         }
@@ -142,14 +161,17 @@ public:
         // Entities are how "billion laughs" documents grow; property lists
         // never declare any, so the first declaration ends the read.
         XML_SetEntityDeclHandler(parser, &onEntityDeclaration);
+    }
 
+    void feed(std::string_view bytes, bool last) {
+        XML_Parser parser = parser_.get();
         constexpr std::size_t kChunk = INT_MAX / 2;
         std::size_t offset = 0;
         do {
             const std::size_t length = std::min(kChunk, bytes.size() - offset);
-            const bool last = offset + length == bytes.size();
+            const bool final = last && offset + length == bytes.size();
             if (XML_Parse(parser, bytes.data() + offset, static_cast<int>(length),
-                          last ? XML_TRUE : XML_FALSE) == XML_STATUS_ERROR) {
+                          final ? XML_TRUE : XML_FALSE) == XML_STATUS_ERROR) {
                 if (failure_) {
                     throw ParseError(source_, failure_->line, failure_->column, failure_->reason);
                 }
@@ -159,15 +181,17 @@ public:
             }
             offset += length;
         } while (offset < bytes.size());
+    }
+
+    Value finish() {
         if (!root_) {
-            throw ParseError(source_, XML_GetCurrentLineNumber(parser),
-                             XML_GetCurrentColumnNumber(parser) + 1,
+            throw ParseError(source_, XML_GetCurrentLineNumber(parser_.get()),
+                             XML_GetCurrentColumnNumber(parser_.get()) + 1,
                              "the document holds no property-list value");
         }
         return std::move(*root_);
     }
 
-private:
     struct Frame {
         Element element; // plist, dict or array
         std::size_t firstChild;
@@ -401,6 +425,11 @@ private:
 
 Value readXml(std::string_view bytes, const std::string& source, const ReadLimits& limits) {
     return XmlPlistBuilder(source, limits).read(bytes);
+}
+
+Value readXml(std::string_view head, ByteSource& rest, const std::string& source,
+              const ReadLimits& limits) {
+    return XmlPlistBuilder(source, limits).read(head, rest);
 }
 
 } // namespace kelvane::plist

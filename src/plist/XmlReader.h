@@ -8,4 +8,10 @@ namespace kelvane::plist {
 [[nodiscard]] Value readXml(std::string_view bytes, const std::string& source,
                             const ReadLimits& limits);
 
+class ByteSource;
+
+// The same for a document that starts with `head` and goes on in `rest`.
+[[nodiscard]] Value readXml(std::string_view head, ByteSource& rest, const std::string& source,
+                            const ReadLimits& limits);
+
 } // namespace kelvane::plist

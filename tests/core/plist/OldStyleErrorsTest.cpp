@@ -1,10 +1,14 @@
 // The old-style reader's bad inputs and exactly what it says about each,
 // read together like a gallery: line and column are 1-based, columns count
 // characters, and the reason follows "expected X, saw 'Y'".
+#include "plist/ByteSource.h"
 #include "plist/OldStyleReader.h"
 #include "plist/ParseError.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
 
 namespace kelvane::plist {
 namespace {
@@ -87,6 +91,73 @@ TEST(OldStyleErrors, ReportLineColumnAndReason) {
                                                      std::to_string(bad.column) + ": " +
                                                      std::string(bad.reason));
         }
+    }
+}
+
+// Hands out the text a few bytes at a time, so that every token of a short
+// text meets the end of the reader's window somewhere.
+class TrickleSource : public ByteSource {
+public:
+    TrickleSource(std::string_view text, std::size_t piece) : text_(text), piece_(piece) {}
+    std::size_t read(char* buffer, std::size_t size) override {
+        const std::size_t count = std::min({size, piece_, text_.size()});
+        text_.copy(buffer, count);
+        text_.remove_prefix(count);
+        return count;
+    }
+
+private:
+    std::string_view text_;
+    std::size_t piece_;
+};
+
+// What a read gives, as comparable text: the value's shape or the error.
+std::string outcome(const std::function<Value()>& read) {
+    try {
+        const Value value = read();
+        return "value " + std::to_string(static_cast<int>(value.kind()));
+    } catch (const ParseError& error) {
+        return error.what();
+    }
+}
+
+TEST(OldStyleErrors, TextReadInPiecesGivesTheSameResults) {
+    std::vector<std::string> texts;
+    for (const auto& bad : kBadInputs) {
+        texts.emplace_back(bad.text);
+    }
+    texts.push_back("// !$*UTF8*$!\r\n{ a = \"x\\U00e9\\Ud83d\\Ude00y\"; b = (1, <0a 0B>, 'q'); "
+                    "/* c */ \"d\" = { e = f; }; }\n");
+    texts.push_back("\xEF\xBB\xBF{ caf\xC3\xA9 = \"\xE2\x80\xA2\"; }");
+    for (const auto& text : texts) {
+        const std::string whole = outcome([&] { return readOldStyle(text, "p", {}); });
+        for (const std::size_t head : {0, 1, 2}) {
+            for (const std::size_t piece : {1, 2, 3, 5}) {
+                SCOPED_TRACE(text + " / head " + std::to_string(head) + ", pieces of " +
+                             std::to_string(piece));
+                const std::size_t cut = std::min(head, text.size());
+                TrickleSource rest(std::string_view(text).substr(cut), piece);
+                EXPECT_EQ(outcome([&] { return readOldStyle(text.substr(0, cut), rest, "p", {}); }),
+                          whole);
+            }
+        }
+    }
+}
+
+TEST(OldStyleErrors, TextReadInPiecesBuildsTheSameValues) {
+    std::string text = "{ list = (";
+    for (int i = 0; i < 5'000; ++i) {
+        text += "\"item " + std::to_string(i) + "\", /* note */ id" + std::to_string(i) + ", ";
+    }
+    text += "); data = <";
+    for (int i = 0; i < 3'000; ++i) {
+        text += "0123456789abcdef ";
+    }
+    text += ">; }";
+    const Value whole = readOldStyle(text, "p", {});
+    for (const std::size_t piece : {1, 7, 1000}) {
+        TrickleSource rest(std::string_view(text).substr(10), piece);
+        EXPECT_EQ(readOldStyle(text.substr(0, 10), rest, "p", {}), whole) << piece;
     }
 }
 
