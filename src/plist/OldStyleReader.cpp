@@ -109,29 +109,13 @@ public:
         }
         while (true) {
             skipBlanks();
-            Value value;
             if (p_ == end_) {
                 fail(p_, "unexpected end of file");
             }
-            if (*p_ == '{') {
-                open(true);
-                skipBlanks();
-                if (p_ == end_ || *p_ != '}') {
-                    beginEntry();
-                    continue;
-                }
-                ++p_;
-                value = closeDictionary();
-            } else if (*p_ == '(') {
-                open(false);
-                skipBlanks();
-                if (p_ == end_ || *p_ != ')') {
-                    continue;
-                }
-                ++p_;
-                value = closeArray();
-            } else {
-                value = readScalar();
+            bool opened = false;
+            Value value = startValue(opened);
+            if (opened) {
+                continue; // its first child comes next
             }
             // The value is complete: hand it to its container, and close
             // every container that ends right after it.
@@ -466,6 +450,33 @@ private:
         }
         skipBlanks();
         expect('=', "after key");
+    }
+
+    // A scalar, an empty container, or (setting `opened`) a container whose
+    // children follow.
+    Value startValue(bool& opened) {
+        if (*p_ == '{') {
+            open(true);
+            skipBlanks();
+            if (p_ == end_ || *p_ != '}') {
+                beginEntry();
+                opened = true;
+                return Value();
+            }
+            ++p_;
+            return closeDictionary();
+        }
+        if (*p_ == '(') {
+            open(false);
+            skipBlanks();
+            if (p_ == end_ || *p_ != ')') {
+                opened = true;
+                return Value();
+            }
+            ++p_;
+            return closeArray();
+        }
+        return readScalar();
     }
 
     Value readScalar() {

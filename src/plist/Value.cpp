@@ -10,6 +10,12 @@ namespace {
 // Below this size a linear scan over the entries beats hashing.
 constexpr std::size_t kIndexThreshold = 16;
 
+// Keys of one object mostly differ in length or first letter; settle those
+// without a call to memcmp.
+bool sameKey(const std::string& a, const std::string& b) noexcept {
+    return a.size() == b.size() && (a.empty() || (a[0] == b[0] && a == b));
+}
+
 // Slots of the index for `count` entries: a power of two, at most half full.
 std::size_t indexCapacity(std::size_t count) noexcept {
     return std::max<std::size_t>(64, std::bit_ceil(count * 2));
@@ -76,7 +82,8 @@ void Dictionary::removeRepeatedKeys() {
     if (count < kIndexThreshold) {
         for (std::size_t i = 1; i < count; ++i) {
             for (std::size_t j = 0; j < i; ++j) {
-                if (entries_[j].key == entries_[i].key && (repeated.empty() || !repeated[j])) {
+                if (sameKey(entries_[j].key, entries_[i].key) &&
+                    (repeated.empty() || !repeated[j])) {
                     drop(i, j);
                     break;
                 }
