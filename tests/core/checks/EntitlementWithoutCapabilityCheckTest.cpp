@@ -93,16 +93,7 @@ TEST_F(EntitlementWithoutCapabilityCheckTest, Outcomes) {
     test::expectOutcomes(
         check,
         {
-            {"no-entitlements", project({app, widget}),
-             DoctorIssue{kID,
-                         Severity::success,
-                         "No Capability-Requiring Entitlements",
-                         "This project does not use entitlements that require specific "
-                         "capabilities to be enabled.",
-                         "No capability-entitlement mismatches detected.",
-                         {},
-                         {},
-                         std::nullopt}},
+            {"no-entitlements", project({app, widget}), kNothingFound},
             {"only-app-groups",
              project({declaring(
                  app, entry("com.apple.security.application-groups", test::texts({"group.a"})))}),
