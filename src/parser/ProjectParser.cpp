@@ -68,7 +68,9 @@ ProjectContext ProjectParser::parseProject(const std::string& url) const {
     if (!pathExists(projectFile)) {
         throw ParserError(ParserError::Case::pbxprojNotFound);
     }
-    const plist::Value root = plist::readPropertyList(plist::readFile(projectFile), projectFile);
+    // Read and parsed in one call, so a large file need not be held whole
+    // beside the values built from it.
+    const plist::Value root = plist::readPropertyListFile(projectFile);
     const plist::Dictionary* dictionary = root.asDictionary();
     if (dictionary == nullptr) {
         throw ParserError(ParserError::Case::invalidPbxprojFormat);
