@@ -335,7 +335,7 @@ private:
                 continue;
             }
             if (isBlank(*p_)) {
-                ++p_;
+                scanWhile(isBlank);
                 continue;
             }
             if (*p_ != '/') {
@@ -351,9 +351,7 @@ private:
             if (p_[1] == '/') {
                 p_ += 2;
                 while (true) {
-                    while (p_ != end_ && *p_ != '\n' && *p_ != '\r') {
-                        ++p_;
-                    }
+                    scanWhile([](char c) { return c != '\n' && c != '\r'; });
                     const char* here = p_;
                     if (p_ != end_ || !refill(here)) {
                         break;
@@ -492,12 +490,21 @@ private:
         failExpected("a value");
     }
 
+    // The scanning loops work on locals: a char read may alias any member,
+    // so a loop over p_ itself would store it back on every character.
+    template <typename Predicate> void scanWhile(Predicate keepGoing) {
+        const char* q = p_;
+        const char* const end = end_;
+        while (q != end && keepGoing(*q)) {
+            ++q;
+        }
+        p_ = q;
+    }
+
     std::string readUnquoted() {
         const char* start = p_;
         while (true) {
-            while (p_ != end_ && isUnquoted(*p_)) {
-                ++p_;
-            }
+            scanWhile(isUnquoted);
             if (p_ != end_ || !refill(start)) {
                 return std::string(start, p_);
             }
@@ -510,9 +517,7 @@ private:
         const char* run = p_;
         std::string text;
         while (true) {
-            while (p_ != end_ && *p_ != quote && *p_ != '\\') {
-                ++p_;
-            }
+            scanWhile([quote](char c) { return c != quote && c != '\\'; });
             if (p_ == end_) {
                 const auto runAt = run - opening;
                 if (!refill(opening)) {
