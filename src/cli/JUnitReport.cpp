@@ -82,7 +82,8 @@ void writeTestCase(const CheckOutcome& check, std::string_view suite, std::ostre
         const DoctorIssue& issue = *check.issue;
         out << ">\n      <failure type=\"" << rawValue(issue.severity) << "\" message=\""
             << escaped(issue.title) << "\">" << escaped(issue.description, Where::content)
-            << "\n\nImpact: " << escaped(issue.impact, Where::content) << "</failure>\n    </testcase>\n";
+            << "\n\nImpact: " << escaped(issue.impact, Where::content)
+            << "</failure>\n    </testcase>\n";
     }
 }
 
@@ -97,12 +98,11 @@ void writeJUnitReport(const FinishedScan& scan, std::ostream& out) {
         << "<testsuites name=\"kelvane\" tests=\"" << tests << "\" failures=\"" << counts.failures
         << "\" errors=\"" << counts.errors << "\" skipped=\"" << counts.skipped << "\" time=\""
         << time << "\">\n"
-        << "  <testsuite name=\"" << escaped(suite) << "\" tests=\"" << tests
-        << "\" failures=\"" << counts.failures << "\" errors=\"" << counts.errors
-        << "\" skipped=\"" << counts.skipped << "\" time=\"" << time << "\">\n"
+        << "  <testsuite name=\"" << escaped(suite) << "\" tests=\"" << tests << "\" failures=\""
+        << counts.failures << "\" errors=\"" << counts.errors << "\" skipped=\"" << counts.skipped
+        << "\" time=\"" << time << "\">\n"
         << "    <properties>\n"
-        << "      <property name=\"projectPath\" value=\"" << escaped(scan.projectPath)
-        << "\"/>\n"
+        << "      <property name=\"projectPath\" value=\"" << escaped(scan.projectPath) << "\"/>\n"
         << "    </properties>\n";
     for (const CheckOutcome& check : scan.report.checks) {
         writeTestCase(check, suite, out);

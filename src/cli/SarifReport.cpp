@@ -21,8 +21,8 @@ std::string uriReference(std::string_view path) {
     std::string uri;
     for (const unsigned char c : path) {
         const bool plain = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-                           (c >= '0' && c <= '9') || std::string_view("-._~/").find(c) !=
-                                                         std::string_view::npos;
+                           (c >= '0' && c <= '9') ||
+                           std::string_view("-._~/").find(c) != std::string_view::npos;
         if (plain) {
             uri += static_cast<char>(c);
         } else {

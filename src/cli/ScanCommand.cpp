@@ -1,24 +1,121 @@
 #include "cli/ScanCommand.h"
 
+#include "cli/CheckFailures.h"
+#include "cli/EvidenceFiles.h"
+#include "cli/GitHubAnnotations.h"
+#include "cli/JUnitReport.h"
+#include "cli/LiveProgress.h"
 #include "cli/LoadFailure.h"
 #include "cli/ModelJson.h"
+#include "cli/SarifReport.h"
 #include "cli/ScanJson.h"
 #include "cli/ScanText.h"
-#include "model/FilePath.h"
-#include "scanner/ProjectScanner.h"
+#include "cli/Terminal.h"
+#include "cli/XcodeDiagnostics.h"
+#include "parser/ProjectParser.h"
+#include "scanner/ScanViewModel.h"
 #include "scanner/SleepingLoop.h"
 #include "selection/ProjectSelection.h"
 #include "selection/ProjectSelectionError.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <map>
 #include <memory>
 #include <optional>
+#include <sstream>
+#include <system_error>
 
 namespace kelvane::cli {
 
-int runScan(const std::string& path, ScanFormat format, std::ostream& out, std::ostream& err,
-            std::vector<AnyCheck> checks) {
+namespace {
+
+// Often enough for the spinner to turn at least once per paced check.
+constexpr std::chrono::milliseconds kSpinnerInterval{80};
+
+// The report's view of a completed scan: the rows the scanner reported (in
+// registry order) with the failure of each check that threw.
+FinishedScan finishedScan(const ProjectScanResult& result, const CheckFailures& failures) {
+    FinishedScan scan{.projectPath = result.projectPath,
+                      .projectName = result.projectName,
+                      .scanDuration = result.scanDuration,
+                      .report = {.issues = result.issues, .checks = {}}};
+    for (const CheckProgress& row : result.checkProgress) {
+        if (row.status != CheckStatus::completed) {
+            continue; // no registered check answered to it
+        }
+        const auto failure = failures.find(row.id);
+        scan.report.checks.push_back(CheckOutcome{
+            .checkID = row.id,
+            .issue = row.issue,
+            .failure = failure == failures.end() ? std::nullopt
+                                                 : std::optional<std::string>(failure->second),
+        });
+    }
+    return scan;
+}
+
+EvidenceFiles evidenceFiles(const std::string& projectPath) {
+    // The scan keeps no model, and evidence names only targets and file
+    // names; loading once more is cheap and gives the paths.
+    try {
+        return EvidenceFiles(ProjectParser().parseProject(projectPath));
+    } catch (const std::exception&) {
+        return EvidenceFiles();
+    }
+}
+
+void writeReport(const FinishedScan& scan, const ScanOptions& options, std::ostream& out) {
+    switch (options.format) {
+    case ScanFormat::text:
+        writeScanText(scan, out, options.style);
+        return;
+    case ScanFormat::json:
+        out << toDocument(toJson(scan));
+        return;
+    case ScanFormat::sarif:
+        writeSarifReport(scan, evidenceFiles(scan.projectPath), out);
+        return;
+    case ScanFormat::junit:
+        writeJUnitReport(scan, out);
+        return;
+    case ScanFormat::github:
+        writeGitHubAnnotations(scan, evidenceFiles(scan.projectPath), out);
+        return;
+    case ScanFormat::xcode:
+        writeXcodeDiagnostics(scan, evidenceFiles(scan.projectPath), out);
+        return;
+    }
+}
+
+int exitStatus(const std::vector<DoctorIssue>& issues, FailOn failOn) {
+    if (failOn == FailOn::never) {
+        return kExitClean;
+    }
+    const Severity threshold = failOn == FailOn::warning ? Severity::warning : Severity::error;
+    const bool failing = std::any_of(issues.begin(), issues.end(), [&](const DoctorIssue& issue) {
+        return issue.severity >= threshold;
+    });
+    return failing ? kExitFindings : kExitClean;
+}
+
+void keepSpinning(SleepingLoop& loop, LiveProgress& live) {
+    loop.post(kSpinnerInterval, [&loop, &live] {
+        if (live.scanning()) {
+            live.tick();
+            keepSpinning(loop, live);
+        }
+    });
+}
+
+} // namespace
+
+int runScan(const std::string& path, const ScanOptions& options, std::ostream& out,
+            std::ostream& err, std::vector<AnyCheck> checks) {
     std::string projectPath;
     try {
         projectPath = resolveSelection(path);
@@ -26,42 +123,58 @@ int runScan(const std::string& path, ScanFormat format, std::ostream& out, std::
         return reportLoadFailure(error, err);
     }
 
-    // Pacing exists for a progress display to show each check running; a
-    // report printed at the end has nothing to show meanwhile.
-    SleepingLoop loop;
-    const ProjectScanner scanner(loop, err, std::move(checks), std::chrono::milliseconds{0});
-    std::optional<ScanCompletion> completion;
-    const auto start = std::chrono::steady_clock::now();
-    scanner.scan(projectPath, nullptr,
-                 [&](ScanCompletion result) { completion = std::move(result); });
-    loop.runUntilIdle();
-    const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+    // Live rows own the terminal until the scan ends, so check failures
+    // wait until then.
+    std::ostringstream heldFailures;
+    std::ostream& failureLog = options.live ? heldFailures : err;
+    const auto failures = std::make_shared<CheckFailures>();
 
-    if (const auto* error = std::get_if<ScanError>(&*completion)) {
-        return reportLoadFailure(*error, err);
+    SleepingLoop loop;
+    const auto pause =
+        options.pace ? ProjectScanner::kDefaultCheckPause : std::chrono::milliseconds{0};
+    ScanViewModel model(
+        loop,
+        ProjectScanner(loop, failureLog, recordingFailures(std::move(checks), failures), pause));
+    std::optional<LiveProgress> live;
+    if (options.live) {
+        live.emplace(out, options.style);
+        model.addObserver([&live](const ScanState& next) { live->show(next); });
+        keepSpinning(loop, *live);
     }
-    FinishedScan scan{
-        .projectPath = projectPath,
-        .projectName = std::string(path::stem(projectPath)),
-        .scanDuration = elapsed.count(),
-        .report = std::get<ScanReport>(std::move(*completion)),
-    };
-    if (format == ScanFormat::json) {
-        out << toDocument(toJson(scan));
+    model.startScan(projectPath);
+    loop.runUntilIdle();
+    err << heldFailures.str();
+
+    const auto* completed = std::get_if<CompletedState>(&model.state());
+    if (completed == nullptr) {
+        const auto* failed = std::get_if<ErrorState>(&model.state());
+        // A loop that runs dry always leaves a finished scan; anything else
+        // is a fault here, still reported rather than crashed on.
+        err << "kelvane: " << (failed ? failed->message : "the scan did not finish") << '\n';
+        return kExitNotLoaded;
+    }
+    const FinishedScan scan = finishedScan(completed->result, *failures);
+    if (live) {
+        live->finish(scan);
     } else {
-        writeScanText(scan, out);
+        writeReport(scan, options, out);
     }
-    const auto& issues = scan.report.issues;
-    const bool anyError = std::any_of(issues.begin(), issues.end(), [](const DoctorIssue& issue) {
-        return issue.severity == Severity::error;
-    });
-    return anyError ? kExitFindings : kExitClean;
+    return exitStatus(scan.report.issues, options.failOn);
+}
+
+int runScan(const std::string& path, ScanFormat format, std::ostream& out, std::ostream& err,
+            std::vector<AnyCheck> checks) {
+    return runScan(path, ScanOptions{.format = format}, out, err, std::move(checks));
 }
 
 void addScanCommand(CLI::App& app, CommandIO& io) {
     struct Options {
         std::string path;
-        std::string format = "text";
+        ScanFormat format = ScanFormat::text;
+        FailOn failOn = FailOn::error;
+        ColorChoice color = ColorChoice::automatic;
+        bool noPace = false;
+        std::string output;
     };
     // CLI11 writes into the options while parsing and calls back afterwards,
     // so they must outlive this function; the command owns them.
@@ -69,12 +182,57 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
     CLI::App* command = app.add_subcommand("scan", "Run every check over a project and report");
     command->add_option("path", options->path, "An .xcodeproj, an .xcworkspace, or a folder")
         ->required();
-    command->add_option("--format", options->format, "Output format")
-        ->check(CLI::IsMember({"text", "json"}))
-        ->capture_default_str();
-    command->callback([options, &io] {
-        const ScanFormat format = options->format == "json" ? ScanFormat::json : ScanFormat::text;
-        io.exitStatus = runScan(options->path, format, io.out, io.err);
+    CLI::Option* format =
+        command->add_option("--format", options->format, "Report format (default: text)")
+            ->transform(CLI::CheckedTransformer(
+                std::map<std::string, ScanFormat>{{"text", ScanFormat::text},
+                                                  {"json", ScanFormat::json},
+                                                  {"sarif", ScanFormat::sarif},
+                                                  {"junit", ScanFormat::junit},
+                                                  {"github", ScanFormat::github},
+                                                  {"xcode", ScanFormat::xcode}}));
+    command
+        ->add_option("--fail-on", options->failOn,
+                     "Exit with 1 on findings of this severity or worse (default: error)")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, FailOn>{
+            {"error", FailOn::error}, {"warning", FailOn::warning}, {"never", FailOn::never}}));
+    command
+        ->add_option("--color", options->color,
+                     "Colour the text report (default: auto, off when NO_COLOR is set)")
+        ->transform(CLI::CheckedTransformer(
+            std::map<std::string, ColorChoice>{{"auto", ColorChoice::automatic},
+                                               {"always", ColorChoice::always},
+                                               {"never", ColorChoice::never}}));
+    command->add_flag("--no-pace", options->noPace,
+                      "Do not pause between checks while drawing live progress");
+    command->add_option("--output", options->output, "Write the report to FILE")
+        ->option_text("FILE");
+    command->callback([options, format, &io] {
+        const bool toTerminal = options->output.empty() && isTerminal(stdout);
+        ScanOptions scan{.format = options->format, .failOn = options->failOn};
+        scan.live = toTerminal && format->count() == 0;
+        scan.pace = scan.live && !options->noPace;
+        scan.style.color = useColor(options->color, toTerminal, std::getenv("NO_COLOR"));
+        if (options->output.empty()) {
+            io.exitStatus = runScan(options->path, scan, io.out, io.err);
+            return;
+        }
+        // The file is written only once there is a report for it.
+        std::ostringstream report;
+        io.exitStatus = runScan(options->path, scan, report, io.err);
+        if (io.exitStatus == kExitNotLoaded) {
+            return;
+        }
+        std::ofstream file(options->output, std::ios::binary | std::ios::trunc);
+        if (file) {
+            file << report.str();
+            file.flush();
+        }
+        if (!file) {
+            io.err << "kelvane: " << options->output << ": "
+                   << std::generic_category().message(errno) << '\n';
+            io.exitStatus = kExitNotLoaded;
+        }
     });
 }
 

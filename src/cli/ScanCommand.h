@@ -2,6 +2,7 @@
 
 #include "checks/DoctorCheck.h"
 #include "cli/CommandIO.h"
+#include "cli/TextStyle.h"
 #include "scanner/CheckRegistry.h"
 
 #include <CLI/App.hpp>
@@ -11,17 +12,37 @@
 
 namespace kelvane::cli {
 
-enum class ScanFormat { text, json };
+enum class ScanFormat { text, json, sarif, junit, github, xcode };
 
-// Scans the project at `path` (a bundle, or a folder holding one) with
-// `checks`, without pacing, and prints the report on `out`. Failing checks
-// are logged on `err`, so `out` stays a clean report. Returns the exit
-// status: findings when an issue is an error, "not loaded" (with the reason
-// on `err` and nothing on `out`) when the project could not be loaded.
+// The least severe finding that fails the command (exit status 1).
+enum class FailOn { error, warning, never };
+
+struct ScanOptions {
+    ScanFormat format = ScanFormat::text;
+    FailOn failOn = FailOn::error;
+    // Draw the rows in place while the scan runs: for a person at a
+    // terminal, never for a report that a program reads.
+    bool live = false;
+    // The window's 150 ms before each check, so a person can follow the
+    // rows; only worth it when they are drawn live.
+    bool pace = false;
+    TextStyle style{};
+};
+
+// Scans the project at `path` (a bundle, or a folder holding one) through
+// the scan view model and prints the report on `out`. Failing checks are
+// logged on `err`, so `out` stays a clean report. Returns the exit status:
+// findings at or above the threshold, or "not loaded" (with the reason on
+// `err` and nothing on `out`).
+int runScan(const std::string& path, const ScanOptions& options, std::ostream& out,
+            std::ostream& err, std::vector<AnyCheck> checks = makeCheckRegistry());
+
+// A plain report in `format`, failing on errors.
 int runScan(const std::string& path, ScanFormat format, std::ostream& out, std::ostream& err,
             std::vector<AnyCheck> checks = makeCheckRegistry());
 
-// `kelvane scan PATH [--format text|json]`.
+// `kelvane scan PATH [--format F] [--fail-on S] [--color C] [--no-pace]
+// [--output FILE]`.
 void addScanCommand(CLI::App& app, CommandIO& io);
 
 } // namespace kelvane::cli

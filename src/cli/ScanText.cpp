@@ -1,5 +1,9 @@
 #include "cli/ScanText.h"
 
+#include "cli/ProgressRowText.h"
+#include "scanner/ScanSummary.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -7,24 +11,6 @@
 namespace kelvane::cli {
 
 namespace {
-
-constexpr std::string_view kPassedMark = "\u2713";  // ✓
-constexpr std::string_view kWarningMark = "\u26A0"; // ⚠
-constexpr std::string_view kErrorMark = "\u2717";   // ✗
-constexpr std::string_view kFailedMark = "!";
-constexpr std::string_view kNoIssueMark = "-";
-
-std::string_view markFor(Severity severity) {
-    switch (severity) {
-    case Severity::success:
-        return kPassedMark;
-    case Severity::warning:
-        return kWarningMark;
-    case Severity::error:
-        return kErrorMark;
-    }
-    return kNoIssueMark;
-}
 
 // Multi-line texts keep their own line breaks, each line under the heading.
 void writeIndented(std::string_view text, std::string_view indent, std::ostream& out) {
@@ -42,42 +28,12 @@ void writeIndented(std::string_view text, std::string_view indent, std::ostream&
     }
 }
 
-std::string plural(std::size_t count, std::string_view noun) {
-    return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
-}
-
-void writeCheckLines(const ScanReport& report, std::ostream& out) {
-    std::size_t errors = 0, warnings = 0, passed = 0, failed = 0;
-    for (const CheckOutcome& outcome : report.checks) {
-        const std::string title = checkDisplayTitle(outcome.checkID);
-        if (outcome.failure) {
-            ++failed;
-            out << "  " << kFailedMark << ' ' << title << ": check failed: " << *outcome.failure
-                << '\n';
-        } else if (outcome.issue) {
-            const Severity severity = outcome.issue->severity;
-            errors += severity == Severity::error ? 1 : 0;
-            warnings += severity == Severity::warning ? 1 : 0;
-            passed += severity == Severity::success ? 1 : 0;
-            out << "  " << markFor(severity) << ' ' << title << ": " << outcome.issue->title
-                << '\n';
-        } else {
-            out << "  " << kNoIssueMark << ' ' << title << ": not applicable\n";
-        }
-    }
+void writeIssue(const DoctorIssue& issue, std::ostream& out, const TextStyle& style) {
+    const Tone tone = toneOf(issue.severity);
     out << '\n'
-        << plural(errors, "error") << ", " << plural(warnings, "warning") << ", " << passed
-        << " passed";
-    if (failed > 0) {
-        out << ", " << failed << " failed";
-    }
-    out << '\n';
-}
-
-void writeIssue(const DoctorIssue& issue, std::ostream& out) {
-    out << '\n'
-        << markFor(issue.severity) << ' ' << rawValue(issue.severity) << ": " << issue.title << " ["
-        << issue.id << "]\n";
+        << style.paint(tone, std::string(severityMark(issue.severity)) + " " +
+                                 std::string(rawValue(issue.severity)) + ":")
+        << ' ' << style.bold(issue.title) << " [" << issue.id << "]\n";
     writeIndented(issue.description, "  ", out);
     out << "\n  Impact: " << issue.impact << '\n';
 
@@ -122,17 +78,47 @@ void writeIssue(const DoctorIssue& issue, std::ostream& out) {
 
 } // namespace
 
-void writeScanText(const FinishedScan& scan, std::ostream& out) {
+std::vector<CheckProgress> finishedRows(const ScanReport& report) {
+    std::vector<CheckProgress> rows;
+    for (const CheckOutcome& outcome : report.checks) {
+        rows.push_back(CheckProgress{.id = outcome.checkID,
+                                     .title = checkDisplayTitle(outcome.checkID),
+                                     .status = CheckStatus::completed,
+                                     .issue = outcome.issue});
+    }
+    return rows;
+}
+
+std::string scanHeading(const FinishedScan& scan, const TextStyle& style) {
     char duration[32];
     std::snprintf(duration, sizeof duration, "%.2f", scan.scanDuration);
-    out << "Scanned " << scan.projectName << " (" << scan.projectPath << ") in " << duration
-        << " s\n\n";
-    writeCheckLines(scan.report, out);
+    return style.bold("Scanned " + scan.projectName) + " (" + scan.projectPath + ") in " +
+           duration + " s";
+}
+
+void writeScanFindings(const FinishedScan& scan, std::ostream& out, const TextStyle& style) {
+    std::string summary = resultSummary(finishedRows(scan.report));
+    const auto failed = std::count_if(scan.report.checks.begin(), scan.report.checks.end(),
+                                      [](const CheckOutcome& check) { return check.failure; });
+    if (failed > 0) {
+        summary += (summary.empty() ? "" : " \u2022 ") + std::to_string(failed) + " failed";
+    }
+    out << '\n' << style.bold(summary) << '\n';
     for (const DoctorIssue& issue : scan.report.issues) {
         if (issue.severity != Severity::success) {
-            writeIssue(issue, out);
+            writeIssue(issue, out, style);
         }
     }
+}
+
+void writeScanText(const FinishedScan& scan, std::ostream& out, const TextStyle& style) {
+    out << scanHeading(scan, style) << "\n\n";
+    const std::vector<CheckProgress> rows = finishedRows(scan.report);
+    const std::size_t width = titleWidth(rows);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        out << progressRowLine(rows[i], style, 0, width, scan.report.checks[i].failure) << '\n';
+    }
+    writeScanFindings(scan, out, style);
 }
 
 } // namespace kelvane::cli
