@@ -1,0 +1,40 @@
+#include "app/KelvaneApp.h"
+
+#include <QApplication>
+#include <QPalette>
+#include <QStyleFactory>
+#include <QVBoxLayout>
+
+namespace kelvane::app {
+
+KelvaneApp::KelvaneApp()
+    : window_(std::make_unique<QWidget>()), content_(new ContentView(chooser_, prompt_)) {
+    window_->setObjectName(QStringLiteral("mainWindow"));
+    auto* layout = new QVBoxLayout(window_.get());
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content_);
+    window_->resize(1100, 720);
+}
+
+void KelvaneApp::show() {
+    window_->show();
+}
+
+void KelvaneApp::applyLook() {
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QPalette palette;
+    palette.setColor(QPalette::Window, QColor(255, 255, 255));
+    palette.setColor(QPalette::WindowText, QColor(28, 28, 30));
+    palette.setColor(QPalette::Base, QColor(255, 255, 255));
+    palette.setColor(QPalette::AlternateBase, QColor(246, 246, 248));
+    palette.setColor(QPalette::Text, QColor(28, 28, 30));
+    palette.setColor(QPalette::Button, QColor(246, 246, 248));
+    palette.setColor(QPalette::ButtonText, QColor(28, 28, 30));
+    palette.setColor(QPalette::Highlight, QColor(0, 122, 255));
+    palette.setColor(QPalette::HighlightedText, QColor(255, 255, 255));
+    palette.setColor(QPalette::ToolTipBase, QColor(255, 255, 255));
+    palette.setColor(QPalette::ToolTipText, QColor(28, 28, 30));
+    QApplication::setPalette(palette);
+}
+
+} // namespace kelvane::app
