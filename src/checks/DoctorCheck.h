@@ -23,14 +23,21 @@ concept DoctorCheck = std::copy_constructible<T> &&
     { check.run(context) } -> std::same_as<std::optional<DoctorIssue>>;
 };
 
+class AnyCheck;
+
+// What AnyCheck wraps. AnyCheck itself is ruled out first: asking whether it
+// is a DoctorCheck while deciding how to copy it would make the concept
+// depend on itself.
+template <class T>
+concept WrappableCheck = !std::same_as<std::remove_cvref_t<T>, AnyCheck> && DoctorCheck<T>;
+
 // Any DoctorCheck behind one type, so the registry can be a plain list.
 // Copies share the wrapped check, which is safe because checks are
 // immutable: `run` is const and a check keeps nothing between runs.
 class AnyCheck {
 public:
-    template <DoctorCheck Check>
-    requires(!std::same_as<std::remove_cvref_t<Check>, AnyCheck>)
-        AnyCheck(Check check) // NOLINT(google-explicit-constructor): a check is an AnyCheck
+    template <WrappableCheck Check>
+    AnyCheck(Check check) // NOLINT(google-explicit-constructor): a check is an AnyCheck
         : check_(std::make_shared<const Holder<Check>>(std::move(check))) {}
 
     [[nodiscard]] std::string id() const { return check_->id(); }
