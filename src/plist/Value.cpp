@@ -6,6 +6,10 @@
 
 namespace kelvane::plist {
 
+// A project of 50 MB holds about a million values: each byte here costs a
+// megabyte there. A string and a discriminator is the least a Value can be.
+static_assert(sizeof(Value) <= sizeof(std::string) + 8);
+
 namespace {
 // Below this size a linear scan over the entries beats hashing.
 constexpr std::size_t kIndexThreshold = 16;

@@ -74,18 +74,5 @@ TEST(Dictionary, CopiesAreIndependentAndStillIndexed) {
     EXPECT_NE(*findString(assigned, "extra"), "");
 }
 
-TEST(Dictionary, TypedFindersAnswerNullForOtherKinds) {
-    Dictionary d;
-    d.insert("text", Value("t"));
-    d.insert("list", Value(Array{}));
-    d.insert("table", Value(Dictionary()));
-    EXPECT_NE(findString(d, "text"), nullptr);
-    EXPECT_EQ(findString(d, "list"), nullptr);
-    EXPECT_NE(findArray(d, "list"), nullptr);
-    EXPECT_EQ(findArray(d, "table"), nullptr);
-    EXPECT_NE(findDictionary(d, "table"), nullptr);
-    EXPECT_EQ(findDictionary(d, "missing"), nullptr);
-}
-
 } // namespace
 } // namespace kelvane::plist
