@@ -7,8 +7,9 @@
 namespace kelvane::plist {
 
 // A project of 50 MB holds about a million values: each byte here costs a
-// megabyte there. A string and a discriminator is the least a Value can be.
-static_assert(sizeof(Value) <= sizeof(std::string) + 8);
+// megabyte there. 32 bytes of payload (a std::string, or a Dictionary's
+// entries and index) and a discriminator, with libstdc++ and libc++ alike.
+static_assert(sizeof(Dictionary) <= 32 && sizeof(Value) <= 40);
 
 namespace {
 // Below this size a linear scan over the entries beats hashing.
