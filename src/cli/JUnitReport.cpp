@@ -10,7 +10,7 @@ namespace {
 
 enum class Where { attribute, content };
 
-// Control characters other than tab and line feed are not allowed in XML 1.0
+// Control characters other than tab and line breaks are not allowed in XML 1.0
 // at all, so they go; a line feed in an attribute would be read back as a
 // space, so it is written as a character reference there.
 std::string escaped(std::string_view text, Where where = Where::attribute) {
@@ -31,6 +31,10 @@ std::string escaped(std::string_view text, Where where = Where::attribute) {
             break;
         case '\n':
             result += where == Where::attribute ? "&#10;" : "\n";
+            break;
+        case '\r':
+            // A parser turns a literal one into a line feed.
+            result += "&#13;";
             break;
         default:
             if (static_cast<unsigned char>(c) >= 0x20 || c == '\t') {
