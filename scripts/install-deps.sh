@@ -17,7 +17,8 @@ packages=(
     libbenchmark-dev
 )
 if [ "${KELVANE_WITH_APP:-1}" = 1 ]; then
-    packages+=(qt6-base-dev qt6-svg-dev libgl-dev)
+    # The offscreen window (tests, screenshots) draws text with fontconfig fonts.
+    packages+=(qt6-base-dev qt6-svg-dev libgl-dev fonts-dejavu-core)
 fi
 
 if [ "${KELVANE_WITH_FUZZ:-0}" = 1 ]; then

@@ -2,6 +2,7 @@
 
 #include "diagnostics/Overloaded.h"
 
+#include <algorithm>
 #include <variant>
 
 namespace kelvane::views {
@@ -137,6 +138,21 @@ std::optional<std::string> expectedValueText(const EvidenceItem& item) {
 
 std::string affectedTargetsText(std::size_t count) {
     return std::to_string(count) + std::string(kTargetsSuffix);
+}
+
+std::string shortTargetList(const std::vector<TargetRef>& targets, std::size_t shown) {
+    std::string text;
+    const std::size_t named = std::min(targets.size(), std::max<std::size_t>(shown, 1));
+    for (std::size_t index = 0; index < named; ++index) {
+        if (index > 0) {
+            text += ", ";
+        }
+        text += targets[index].name;
+    }
+    if (targets.size() > named) {
+        text += " and " + std::to_string(targets.size() - named) + " more";
+    }
+    return text;
 }
 
 std::optional<ApplyConfirmation> applyConfirmation(FixSafety safety) noexcept {

@@ -5,6 +5,7 @@
 #include "diagnostics/FixAction.h"
 #include "diagnostics/FixSafety.h"
 #include "diagnostics/Severity.h"
+#include "diagnostics/TargetRef.h"
 #include "views/ScanPresentation.h"
 
 #include <cstddef>
@@ -51,6 +52,11 @@ struct LabelledRow {
 [[nodiscard]] std::optional<std::string> expectedValueText(const EvidenceItem& item);
 // "3 target(s)".
 [[nodiscard]] std::string affectedTargetsText(std::size_t count);
+
+// A short list of target names for one line: "App", "App, Widget", then
+// "App, Widget and 3 more" past `shown` names.
+[[nodiscard]] std::string shortTargetList(const std::vector<TargetRef>& targets,
+                                          std::size_t shown = 2);
 
 // What the apply control of a fix says and the dialog that guards it; a
 // manual-only fix has neither.

@@ -12,6 +12,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
 #include <QVBoxLayout>
 
@@ -249,6 +250,13 @@ void ScanningResultsView::showDetail() {
         scroll->setWidgetResizable(true);
         scroll->setFrameShape(QFrame::NoFrame);
         scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        // A thin overlay-style bar instead of the style's arrows and trough.
+        scroll->verticalScrollBar()->setStyleSheet(QStringLiteral(
+            "QScrollBar:vertical { width: 10px; background: transparent; margin: 2px; }"
+            "QScrollBar::handle:vertical { background: #c7c7cc; border-radius: 3px;"
+            " min-height: 30px; }"
+            "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+            "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }"));
         auto* issueView = new IssueDetailView(*row->issue, inputs_.onApplyFix, prompt_);
         QPalette palette = issueView->palette();
         palette.setColor(QPalette::Window, Qt::white);

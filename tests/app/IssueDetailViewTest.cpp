@@ -1,6 +1,7 @@
 #include "views/IssueDetailView.h"
 #include "TestDoubles.h"
 #include "views/FixStepsDetailView.h"
+#include "views/IssueRowView.h"
 
 #include <QLabel>
 #include <QTest>
@@ -97,6 +98,15 @@ private slots:
         QVERIFY(view.fixView() != nullptr);
         QCOMPARE(textsOf(view, "stepTitle"),
                  (QStringList{"Step 1: Update Build Setting", "Step 2: Manual Instructions"}));
+    }
+
+    void theRowViewIsOneCompactLine() {
+        IssueRowView row(sampleIssue(Severity::warning), Severity::warning);
+        QCOMPARE(textsOf(row, "issueRowTitle"), QStringList{"Bundle Identifier Collision"});
+        QCOMPARE(textsOf(row, "issueRowTargets"), QStringList{"App, Widget"});
+        QCOMPARE(
+            row.findChild<QLabel*>(QStringLiteral("issueRowSymbol"))->property("symbol").toString(),
+            QStringLiteral("exclamationmark.triangle.fill"));
     }
 };
 

@@ -170,6 +170,22 @@ private slots:
         QCOMPARE(affectedTargetsText(3), std::string("3 target(s)"));
     }
 
+    void longTargetListsAreShortened() {
+        const auto targets = [](std::initializer_list<const char*> names) {
+            std::vector<TargetRef> refs;
+            for (const char* name : names) {
+                refs.push_back(TargetRef{.name = name});
+            }
+            return refs;
+        };
+        QCOMPARE(shortTargetList(targets({})), std::string());
+        QCOMPARE(shortTargetList(targets({"App"})), std::string("App"));
+        QCOMPARE(shortTargetList(targets({"App", "Widget"})), std::string("App, Widget"));
+        QCOMPARE(shortTargetList(targets({"App", "Widget", "Watch", "Share"})),
+                 std::string("App, Widget and 2 more"));
+        QCOMPARE(shortTargetList(targets({"App", "Widget"}), 1), std::string("App and 1 more"));
+    }
+
     void eachSafetyClassHasItsOwnControl() {
         QCOMPARE(applyConfirmation(FixSafety::manualOnly), std::nullopt);
         const auto safe = applyConfirmation(FixSafety::safeAuto);
