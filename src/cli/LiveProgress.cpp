@@ -4,7 +4,6 @@
 #include "cli/ScanText.h"
 #include "model/FilePath.h"
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -46,14 +45,12 @@ void LiveProgress::tick() {
 
 void LiveProgress::drawScanning() {
     const std::vector<CheckProgress>& rows = scanning_->checkProgress;
-    const auto finished = std::count_if(rows.begin(), rows.end(), [](const CheckProgress& row) {
-        return row.status == CheckStatus::completed;
-    });
     const std::string name(path::stem(path::withoutTrailingSlash(scanning_->projectPath)));
-    std::vector<std::string> lines{
-        style_.bold("Scanning " + name) + " (" + scanning_->projectPath + ")  " +
-            style_.paint(Tone::muted, std::to_string(finished) + "/" + std::to_string(rows.size())),
-        ""};
+    // "Scanning App (w/App.xcodeproj)  3/9", in the window's words.
+    std::vector<std::string> lines{style_.bold(std::string(views::scanTitle(true)) + " " + name) +
+                                       " (" + scanning_->projectPath + ")  " +
+                                       style_.paint(Tone::muted, views::scanSubtitle(rows, true)),
+                                   ""};
     const std::size_t width = titleWidth(rows);
     for (const CheckProgress& row : rows) {
         lines.push_back(progressRowLine(row, style_, frame_, width));

@@ -1,7 +1,5 @@
 #include "cli/ProgressRowText.h"
 
-#include "scanner/ScanSummary.h"
-
 #include <algorithm>
 #include <array>
 
@@ -15,18 +13,29 @@ constexpr std::array<std::string_view, 10> kSpinnerFrames{
     "\u280B", "\u2819", "\u2839", "\u2838", "\u283C",
     "\u2834", "\u2826", "\u2827", "\u2807", "\u280F"}; // ⠋ ⠙ ⠹ ⠸ ⠼ ⠴ ⠦ ⠧ ⠇ ⠏
 
+// The terminal's glyph for each symbol the window draws in a row's circle.
+std::string_view glyph(std::string_view symbol) noexcept {
+    if (symbol == "exclamationmark") {
+        return "!";
+    }
+    if (symbol == "xmark") {
+        return "\u2717"; // ✗
+    }
+    return "\u2713"; // ✓
+}
+
 } // namespace
 
 std::string_view severityMark(Severity severity) noexcept {
     switch (severity) {
     case Severity::warning:
-        return "!";
+        return glyph("exclamationmark");
     case Severity::error:
-        return "\u2717"; // ✗
+        return glyph("xmark");
     case Severity::success:
         break;
     }
-    return "\u2713"; // ✓
+    return glyph("checkmark");
 }
 
 std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
@@ -35,21 +44,20 @@ std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
     // A check that threw is finished without an issue, which the window
     // shows as passed; the terminal knows better and says so.
     const bool failed = failure && row.status == CheckStatus::completed;
-    // A check without an issue reads as passed, as in the window.
-    const Severity severity = row.issue ? row.issue->severity : Severity::success;
+    const views::RowMark mark = views::rowMark(row);
     std::string line = "  ";
     if (failed) {
         line += style.paint(Tone::failure, kFailedMark);
-    } else if (row.status == CheckStatus::pending) {
-        line += style.paint(Tone::muted, kPendingMark);
-    } else if (row.status == CheckStatus::running) {
-        line += style.paint(Tone::accent, kSpinnerFrames[spinnerFrame % kSpinnerFrames.size()]);
+    } else if (mark.spinner) {
+        line += style.paint(mark.tone, kSpinnerFrames[spinnerFrame % kSpinnerFrames.size()]);
+    } else if (mark.symbol.empty()) {
+        line += style.paint(mark.tone, kPendingMark);
     } else {
-        line += style.paint(toneOf(severity), severityMark(severity));
+        line += style.paint(mark.tone, glyph(mark.symbol));
     }
     line += ' ';
     line += row.title;
-    const auto label = statusLabel(row);
+    const auto label = views::rowStatusLabel(row);
     if (!label) {
         return line;
     }
@@ -58,7 +66,7 @@ std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
     if (failed) {
         line += style.paint(Tone::failure, "Check failed: " + *failure);
     } else {
-        line += style.paint(toneOf(severity), *label);
+        line += style.paint(mark.tone, *label);
     }
     return line;
 }

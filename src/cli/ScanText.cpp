@@ -1,7 +1,7 @@
 #include "cli/ScanText.h"
 
 #include "cli/ProgressRowText.h"
-#include "scanner/ScanSummary.h"
+#include "views/ScanPresentation.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -29,7 +29,7 @@ void writeIndented(std::string_view text, std::string_view indent, std::ostream&
 }
 
 void writeIssue(const DoctorIssue& issue, std::ostream& out, const TextStyle& style) {
-    const Tone tone = toneOf(issue.severity);
+    const Tone tone = views::severityTone(issue.severity);
     out << '\n'
         << style.paint(tone, std::string(severityMark(issue.severity)) + " " +
                                  std::string(rawValue(issue.severity)) + ":")
@@ -97,7 +97,7 @@ std::string scanHeading(const FinishedScan& scan, const TextStyle& style) {
 }
 
 void writeScanFindings(const FinishedScan& scan, std::ostream& out, const TextStyle& style) {
-    std::string summary = resultSummary(finishedRows(scan.report));
+    std::string summary = views::scanSubtitle(finishedRows(scan.report), false);
     const auto failed = std::count_if(scan.report.checks.begin(), scan.report.checks.end(),
                                       [](const CheckOutcome& check) { return check.failure; });
     if (failed > 0) {

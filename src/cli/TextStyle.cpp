@@ -26,18 +26,6 @@ std::string_view escapeFor(Tone tone) noexcept {
 
 } // namespace
 
-Tone toneOf(Severity severity) noexcept {
-    switch (severity) {
-    case Severity::warning:
-        return Tone::warning;
-    case Severity::error:
-        return Tone::failure;
-    case Severity::success:
-        break;
-    }
-    return Tone::success;
-}
-
 std::string TextStyle::paint(Tone tone, std::string_view text) const {
     if (!color) {
         return std::string(text);

@@ -1,19 +1,17 @@
 #pragma once
 
-#include "diagnostics/Severity.h"
+#include "views/ScanPresentation.h"
 
 #include <string>
 #include <string_view>
 
 namespace kelvane::cli {
 
-// The colours a scan is drawn in on a terminal, after the window's: gray for
-// what has not started, blue for what runs, then green, orange and red.
-enum class Tone { muted, accent, success, warning, failure };
-
-[[nodiscard]] Tone toneOf(Severity severity) noexcept;
+using views::Tone;
 
 // Colour or none; everything else about the text is the same either way.
+// The tones are the window's (gray, blue, green, orange, red), so both
+// front-ends colour a scan alike.
 struct TextStyle {
     bool color = false;
 

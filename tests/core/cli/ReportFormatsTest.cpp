@@ -8,7 +8,6 @@
 #include "cli/ScanCommand.h"
 #include "cli/Terminal.h"
 #include "cli/XcodeDiagnostics.h"
-#include "scanner/ScanSummary.h"
 #include "scanner/ScanViewModel.h"
 
 #include <gtest/gtest.h>
@@ -122,33 +121,6 @@ TEST(ReportFormats, ColourFollowsTheChoiceThenTheTerminalThenNoColor) {
     for (const Case& c : cases) {
         EXPECT_EQ(useColor(c.choice, c.terminal, c.noColor), c.color)
             << static_cast<int>(c.choice) << c.terminal << (c.noColor ? c.noColor : "unset");
-    }
-}
-
-TEST(ReportFormats, SummaryFollowsTheWindowsSubtitleRule) {
-    const auto rows = [](std::vector<std::optional<Severity>> severities) {
-        std::vector<CheckProgress> list;
-        for (const auto& severity : severities) {
-            CheckProgress row{.id = "x", .title = "X", .status = CheckStatus::completed};
-            if (severity) {
-                row.issue = DoctorIssue{.severity = *severity};
-            }
-            list.push_back(row);
-        }
-        return list;
-    };
-    using S = Severity;
-    const std::vector<std::pair<std::vector<std::optional<Severity>>, std::string>> cases{
-        {{S::error, S::warning, S::warning, S::success, S::success, S::success, S::success,
-          S::success, std::nullopt},
-         "1 error • 2 warnings • 5 passed"},
-        {{S::error, S::error}, "2 errors"},
-        {{S::success, S::success}, "2 passed"},
-        {{std::nullopt}, ""},
-        {{S::warning, S::success}, "1 warning • 1 passed"},
-    };
-    for (const auto& [severities, summary] : cases) {
-        EXPECT_EQ(resultSummary(rows(severities)), summary);
     }
 }
 
