@@ -164,7 +164,7 @@ private slots:
     void evidenceAndTargetTexts() {
         EvidenceItem item{.key = "K", .value = "v"};
         QCOMPARE(expectedValueText(item), std::nullopt);
-        item.expectedValue = "w";
+        item.expectedValue = std::string("w");
         QCOMPARE(expectedValueText(item), std::optional<std::string>("Expected: w"));
         QCOMPARE(affectedTargetsText(0), std::string("0 target(s)"));
         QCOMPARE(affectedTargetsText(3), std::string("3 target(s)"));
