@@ -168,11 +168,21 @@ int runScan(const std::string& path, ScanFormat format, std::ostream& out, std::
 }
 
 void addScanCommand(CLI::App& app, CommandIO& io) {
+    // Option values by name; the names are what --help and a mistyped value
+    // show.
+    static const std::map<std::string, ScanFormat> formats{
+        {"text", ScanFormat::text},   {"json", ScanFormat::json},     {"sarif", ScanFormat::sarif},
+        {"junit", ScanFormat::junit}, {"github", ScanFormat::github}, {"xcode", ScanFormat::xcode}};
+    static const std::map<std::string, FailOn> thresholds{
+        {"error", FailOn::error}, {"warning", FailOn::warning}, {"never", FailOn::never}};
+    static const std::map<std::string, ColorChoice> colors{{"auto", ColorChoice::automatic},
+                                                           {"always", ColorChoice::always},
+                                                           {"never", ColorChoice::never}};
     struct Options {
         std::string path;
-        ScanFormat format = ScanFormat::text;
-        FailOn failOn = FailOn::error;
-        ColorChoice color = ColorChoice::automatic;
+        std::string format = "text";
+        std::string failOn = "error";
+        std::string color = "auto";
         bool noPace = false;
         std::string output;
     };
@@ -183,36 +193,30 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
     command->add_option("path", options->path, "An .xcodeproj, an .xcworkspace, or a folder")
         ->required();
     CLI::Option* format =
-        command->add_option("--format", options->format, "Report format (default: text)")
-            ->transform(CLI::CheckedTransformer(
-                std::map<std::string, ScanFormat>{{"text", ScanFormat::text},
-                                                  {"json", ScanFormat::json},
-                                                  {"sarif", ScanFormat::sarif},
-                                                  {"junit", ScanFormat::junit},
-                                                  {"github", ScanFormat::github},
-                                                  {"xcode", ScanFormat::xcode}}));
+        command->add_option("--format", options->format, "Report format")
+            ->check(CLI::IsMember({"text", "json", "sarif", "junit", "github", "xcode"}))
+            ->capture_default_str();
     command
         ->add_option("--fail-on", options->failOn,
-                     "Exit with 1 on findings of this severity or worse (default: error)")
-        ->transform(CLI::CheckedTransformer(std::map<std::string, FailOn>{
-            {"error", FailOn::error}, {"warning", FailOn::warning}, {"never", FailOn::never}}));
+                     "Exit with 1 on findings of this severity or worse")
+        ->check(CLI::IsMember({"error", "warning", "never"}))
+        ->capture_default_str();
     command
         ->add_option("--color", options->color,
-                     "Colour the text report (default: auto, off when NO_COLOR is set)")
-        ->transform(CLI::CheckedTransformer(
-            std::map<std::string, ColorChoice>{{"auto", ColorChoice::automatic},
-                                               {"always", ColorChoice::always},
-                                               {"never", ColorChoice::never}}));
+                     "Colour the text report; auto colours a terminal unless NO_COLOR is set")
+        ->check(CLI::IsMember({"auto", "always", "never"}))
+        ->capture_default_str();
     command->add_flag("--no-pace", options->noPace,
                       "Do not pause between checks while drawing live progress");
     command->add_option("--output", options->output, "Write the report to FILE")
         ->option_text("FILE");
     command->callback([options, format, &io] {
         const bool toTerminal = options->output.empty() && isTerminal(stdout);
-        ScanOptions scan{.format = options->format, .failOn = options->failOn};
+        ScanOptions scan{.format = formats.at(options->format),
+                         .failOn = thresholds.at(options->failOn)};
         scan.live = toTerminal && format->count() == 0;
         scan.pace = scan.live && !options->noPace;
-        scan.style.color = useColor(options->color, toTerminal, std::getenv("NO_COLOR"));
+        scan.style.color = useColor(colors.at(options->color), toTerminal, std::getenv("NO_COLOR"));
         if (options->output.empty()) {
             io.exitStatus = runScan(options->path, scan, io.out, io.err);
             return;
