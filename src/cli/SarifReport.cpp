@@ -90,8 +90,24 @@ void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std:
     driver["version"] = KELVANE_VERSION;
     driver["rules"] = rules(scan);
 
+    // A check that threw is no finding, but the reader should know that
+    // part of the project went unchecked.
+    Json notifications = Json::array();
+    for (const CheckOutcome& check : scan.report.checks) {
+        if (check.failure) {
+            notifications.push_back(
+                {{"level", "error"},
+                 {"message", {{"text", "Check " + check.checkID + " failed: " + *check.failure}}},
+                 {"descriptor", {{"id", check.checkID}}}});
+        }
+    }
+    Json invocation;
+    invocation["executionSuccessful"] = true;
+    invocation["toolExecutionNotifications"] = std::move(notifications);
+
     Json run;
     run["tool"] = {{"driver", std::move(driver)}};
+    run["invocations"] = Json::array({std::move(invocation)});
     run["results"] = std::move(results);
 
     Json sarif;

@@ -5,12 +5,14 @@
 #include "cli/JUnitReport.h"
 #include "cli/LiveProgress.h"
 #include "cli/ProgressRowText.h"
+#include "cli/SarifReport.h"
 #include "cli/ScanCommand.h"
 #include "cli/Terminal.h"
 #include "cli/XcodeDiagnostics.h"
 #include "scanner/ScanViewModel.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 #include <sstream>
 #include <string>
@@ -50,6 +52,25 @@ TEST(ReportFormats, GitHubCommandsEscapeLineBreaksPercentAndPropertySeparators) 
     EXPECT_EQ(out.str(), "::error file=w/App.xcodeproj/project.pbxproj,"
                          "title=Groups <a> & \"b\"%2C 100%25%3A bad (app.group.consistency)"
                          "::line one%0Aline two\x01%0A%0AImpact: r%0Dn\n");
+}
+
+TEST(ReportFormats, SarifTellsOfChecksThatThrewAndEncodesLocations) {
+    std::ostringstream out;
+    FinishedScan scan = awkwardScan();
+    scan.report.issues[0].evidence[0].source = PlistSource{"My App", "Info.plist"};
+    const EvidenceFiles files(ProjectContext{
+        .projectURL = "w/App.xcodeproj",
+        .targets = {TargetContext{.name = "My App", .infoPlistURL = "w/My App/Info+1.plist"}}});
+    writeSarifReport(scan, files, out);
+    const auto run = nlohmann::json::parse(out.str())["runs"][0];
+    EXPECT_EQ(run["results"][0]["locations"][0]["physicalLocation"]["artifactLocation"]["uri"],
+              "w/My%20App/Info%2B1.plist");
+    EXPECT_EQ(run["results"][0]["ruleIndex"], 0);
+    const auto& notifications = run["invocations"][0]["toolExecutionNotifications"];
+    ASSERT_EQ(notifications.size(), 1U);
+    EXPECT_EQ(notifications[0]["message"]["text"],
+              "Check signing.inconsistent failed: read <failed>");
+    EXPECT_EQ(notifications[0]["descriptor"]["id"], "signing.inconsistent");
 }
 
 TEST(ReportFormats, JUnitEscapesMarkupAndDropsCharactersXmlCannotHold) {
