@@ -91,7 +91,11 @@ ScanningResultsView::ScanningResultsView(Inputs inputs, ConfirmationPrompt& prom
         list_->setItemWidget(item, row);
         rows_.push_back(row);
     }
-    QObject::connect(list_, &QListWidget::currentRowChanged, this, [this](int row) {
+    // Selection, not the current row: the list makes its first row current
+    // when it gains focus, and that must not count as choosing it.
+    QObject::connect(list_, &QListWidget::itemSelectionChanged, this, [this] {
+        const QList<QListWidgetItem*> selected = list_->selectedItems();
+        const int row = selected.isEmpty() ? -1 : list_->row(selected.constFirst());
         if (row >= 0 && row < static_cast<int>(rows_.size())) {
             selectedCheckID_ = rows_[static_cast<std::size_t>(row)]->check().id;
         } else {
@@ -219,7 +223,11 @@ void ScanningResultsView::selectCheck(const std::string& checkID) {
     const auto found = std::find_if(rows_.begin(), rows_.end(), [&](const CheckProgressRow* row) {
         return row->check().id == checkID;
     });
-    list_->setCurrentRow(found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin()));
+    if (found == rows_.end()) {
+        list_->clearSelection();
+        return;
+    }
+    list_->setCurrentRow(static_cast<int>(found - rows_.begin()));
 }
 
 void ScanningResultsView::showDetail() {

@@ -3,6 +3,8 @@
 #include "scanner/ScanViewModel.h"
 #include "views/IssueDetailView.h"
 
+#include <QApplication>
+#include <QFocusEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -122,6 +124,15 @@ private slots:
         QTest::mouseClick(rescan, Qt::LeftButton);
         QCOMPARE(backs, 1);
         QCOMPARE(rescans, 1);
+        QCOMPARE(textOf(*view.detailWidget(), "placeholderText"),
+                 QStringLiteral("Select a check to view details"));
+
+        // Focus makes the first row current; it must not select it.
+        auto* list = view.findChild<QListWidget*>(QStringLiteral("checkList"));
+        QFocusEvent focus(QEvent::FocusIn, Qt::TabFocusReason);
+        QApplication::sendEvent(list, &focus);
+        QCOMPARE(list->currentRow(), 0);
+        QCOMPARE(view.selectedCheckID(), std::nullopt);
         QCOMPARE(textOf(*view.detailWidget(), "placeholderText"),
                  QStringLiteral("Select a check to view details"));
     }
