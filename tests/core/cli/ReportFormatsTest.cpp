@@ -42,6 +42,15 @@ FinishedScan awkwardScan() {
     };
 }
 
+TargetContext target(std::string name, std::optional<std::string> infoPlist = {},
+                     std::optional<std::string> entitlements = {}) {
+    TargetContext target;
+    target.name = std::move(name);
+    target.infoPlistURL = std::move(infoPlist);
+    target.entitlementsURL = std::move(entitlements);
+    return target;
+}
+
 EvidenceFiles appFiles() {
     return EvidenceFiles(ProjectContext{.projectURL = "w/App.xcodeproj", .targets = {}});
 }
@@ -59,8 +68,7 @@ TEST(ReportFormats, SarifTellsOfChecksThatThrewAndEncodesLocations) {
     FinishedScan scan = awkwardScan();
     scan.report.issues[0].evidence[0].source = PlistSource{"My App", "Info.plist"};
     const EvidenceFiles files(ProjectContext{
-        .projectURL = "w/App.xcodeproj",
-        .targets = {TargetContext{.name = "My App", .infoPlistURL = "w/My App/Info+1.plist"}}});
+        .projectURL = "w/App.xcodeproj", .targets = {target("My App", "w/My App/Info+1.plist")}});
     writeSarifReport(scan, files, out);
     const auto run = nlohmann::json::parse(out.str())["runs"][0];
     EXPECT_EQ(run["results"][0]["locations"][0]["physicalLocation"]["artifactLocation"]["uri"],
@@ -99,12 +107,9 @@ TEST(ReportFormats, XcodeLinesNameTheEvidenceFileOrTheProjectWhenItCannotBeFound
 }
 
 TEST(ReportFormats, EvidenceFilesComeFromTheTargetsSettings) {
-    const EvidenceFiles files(
-        ProjectContext{.projectURL = "p/App.xcodeproj",
-                       .targets = {TargetContext{.name = "App",
-                                                 .infoPlistURL = "p/App/Info.plist",
-                                                 .entitlementsURL = "p/App/App.entitlements"},
-                                   TargetContext{.name = "Bare"}}});
+    const EvidenceFiles files(ProjectContext{
+        .projectURL = "p/App.xcodeproj",
+        .targets = {target("App", "p/App/Info.plist", "p/App/App.entitlements"), target("Bare")}});
     const std::vector<std::pair<EvidenceSource, std::string>> cases{
         {PlistSource{"App", "Info.plist"}, "p/App/Info.plist"},
         {EntitlementsSource{"App", "Entitlements"}, "p/App/App.entitlements"},
