@@ -61,7 +61,8 @@ public:
     void rescan();
     // Offered on screen but never writes anything: calls `onFinished` at once
     // for an issue without a fix, otherwise after kFixDelay on the loop.
-    // State is left exactly as it was.
+    // State is left exactly as it was. The loop has no way to interrupt the
+    // wait; one torn down first simply never calls back.
     void applyFix(const DoctorIssue& issue, std::function<void()> onFinished);
     // Where the scanner reports each finished check: completes its row and
     // sets the next pending one running. Ignored outside `scanning` and for
