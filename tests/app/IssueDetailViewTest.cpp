@@ -91,15 +91,6 @@ private slots:
         QVERIFY(!list->isVisibleTo(&view));
     }
 
-    void anIssueWithAFixShowsItsSteps() {
-        ScriptedPrompt prompt;
-        IssueDetailView view(sampleIssue(Severity::error, FixSafety::requiresConfirmation), {},
-                             prompt);
-        QVERIFY(view.fixView() != nullptr);
-        QCOMPARE(textsOf(view, "stepTitle"),
-                 (QStringList{"Step 1: Update Build Setting", "Step 2: Manual Instructions"}));
-    }
-
     void theRowViewIsOneCompactLine() {
         IssueRowView row(sampleIssue(Severity::warning), Severity::warning);
         QCOMPARE(textsOf(row, "issueRowTitle"), QStringList{"Bundle Identifier Collision"});

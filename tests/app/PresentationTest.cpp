@@ -101,24 +101,6 @@ private slots:
         }
     }
 
-    void badgesNameTheirSymbols() {
-        QVERIFY(
-            (severityBadge(Severity::error) == Badge{"xmark.circle.fill", "ERROR", Tone::failure}));
-        QVERIFY((severityBadge(Severity::warning) ==
-                 Badge{"exclamationmark.triangle.fill", "WARNING", Tone::warning}));
-        QVERIFY((severityBadge(Severity::success) ==
-                 Badge{"checkmark.circle.fill", "SUCCESS", Tone::success}));
-        QCOMPARE(safetyBadge(FixSafety::safeAuto).text, std::string_view("SAFE"));
-        QCOMPARE(safetyBadge(FixSafety::safeAuto).symbol,
-                 std::string_view("checkmark.shield.fill"));
-        QCOMPARE(safetyBadge(FixSafety::requiresConfirmation).text,
-                 std::string_view("REQUIRES REVIEW"));
-        QCOMPARE(safetyBadge(FixSafety::requiresConfirmation).symbol,
-                 std::string_view("exclamationmark.shield.fill"));
-        QCOMPARE(safetyBadge(FixSafety::manualOnly).text, std::string_view("MANUAL ONLY"));
-        QCOMPARE(safetyBadge(FixSafety::manualOnly).symbol, std::string_view("hand.raised.fill"));
-    }
-
     void stepTitlesFollowTheAction() {
         const std::vector<std::pair<FixAction, std::string>> cases{
             {UpdatePlistKey{}, "Step 1: Update Info.plist"},
@@ -184,24 +166,6 @@ private slots:
         QCOMPARE(shortTargetList(targets({"App", "Widget", "Watch", "Share"})),
                  std::string("App, Widget and 2 more"));
         QCOMPARE(shortTargetList(targets({"App", "Widget"}), 1), std::string("App and 1 more"));
-    }
-
-    void eachSafetyClassHasItsOwnControl() {
-        QCOMPARE(applyConfirmation(FixSafety::manualOnly), std::nullopt);
-        const auto safe = applyConfirmation(FixSafety::safeAuto);
-        QVERIFY(safe);
-        QCOMPARE(safe->buttonLabel, std::string_view("Apply Fix"));
-        QCOMPARE(safe->dialogTitle, std::string_view("Apply Fix"));
-        QCOMPARE(safe->dialogMessage,
-                 std::string_view("This will safely modify your project files."));
-        const auto review = applyConfirmation(FixSafety::requiresConfirmation);
-        QVERIFY(review);
-        QCOMPARE(review->buttonLabel, std::string_view("Preview & Apply"));
-        QCOMPARE(review->dialogTitle, std::string_view("Review Changes"));
-        QCOMPARE(review->dialogMessage,
-                 std::string_view("Review the changes above before applying."));
-        QCOMPARE(review->confirmLabel, std::string_view("Apply Changes"));
-        QCOMPARE(review->cancelLabel, std::string_view("Cancel"));
     }
 };
 
