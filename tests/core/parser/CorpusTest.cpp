@@ -1,4 +1,4 @@
-#include "TempDir.h"
+#include "Corpus.h"
 #include "parser/ParserError.h"
 #include "parser/ProjectParser.h"
 #include "plist/ParseError.h"
@@ -18,38 +18,6 @@ namespace kelvane {
 namespace {
 
 namespace fs = std::filesystem;
-
-// The shared corpus of real projects sits beside the repository when it is
-// there at all; without it there is nothing to test.
-fs::path corpusDir() {
-    if (const char* dir = std::getenv("KELVANE_CORPUS_DIR")) {
-        return dir;
-    }
-    for (const fs::path& candidate :
-         {testing::sourceDir() / ".." / "shared" / "corpus", fs::path("/work/shared/corpus")}) {
-        std::error_code error;
-        if (fs::is_directory(candidate, error)) {
-            return candidate;
-        }
-    }
-    return {};
-}
-
-std::vector<std::string> projectLocations(const fs::path& corpus) {
-    std::vector<std::string> locations;
-    std::error_code error;
-    for (fs::recursive_directory_iterator
-             it(corpus, fs::directory_options::skip_permission_denied, error),
-         end;
-         !error && it != end; it.increment(error)) {
-        const std::string extension = it->path().extension().string();
-        if ((extension == ".xcodeproj" || extension == ".xcworkspace") && it->is_directory(error)) {
-            locations.push_back(it->path().string());
-        }
-    }
-    std::sort(locations.begin(), locations.end());
-    return locations;
-}
 
 // Project bundle path -> native target count, for the projects the corpus
 // notes as well-formed.
@@ -75,12 +43,12 @@ std::map<std::string, std::size_t> expectedTargetCounts(const fs::path& corpus) 
 }
 
 TEST(Corpus, EveryProjectLoadsOrFailsWithASpecificMessage) {
-    const fs::path corpus = corpusDir();
+    const fs::path corpus = testing::corpusDir();
     if (corpus.empty()) {
         GTEST_SKIP() << "no project corpus beside the repository";
     }
     const auto expected = expectedTargetCounts(corpus);
-    const auto locations = projectLocations(corpus);
+    const auto locations = testing::projectLocations(corpus);
     ASSERT_FALSE(locations.empty());
 
     std::size_t loaded = 0;
