@@ -1,6 +1,6 @@
 #include "cli/ChecksCommand.h"
 #include "cli/CommandIO.h"
-#include "cli/InspectCommand.h"
+#include "cli/ModelCommand.h"
 #include "cli/ScanCommand.h"
 
 #include <CLI/CLI.hpp>

@@ -50,7 +50,7 @@ TEST(KelvaneProcess, ParserErrorGoesToStandardErrorWithExitStatusTwo) {
 
 TEST(KelvaneProcess, LoadedProjectExitsCleanly) {
     const Outcome outcome = runKelvane(
-        "inspect \"" + (testing::sourceDir() / "tests/fixtures/inspect/Orbit").string() + "\"");
+        "inspect \"" + (testing::sourceDir() / "tests/fixtures/model/Orbit").string() + "\"");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_NE(outcome.out.find("OrbitWidget  appExtension"), std::string::npos) << outcome.out;
     EXPECT_EQ(outcome.err, "");

@@ -1,4 +1,4 @@
-#include "cli/InspectCommand.h"
+#include "cli/ModelCommand.h"
 #include "TempDir.h"
 
 #include <gtest/gtest.h>
@@ -20,7 +20,7 @@ std::string readText(const std::filesystem::path& file) {
 
 // Paths in the output are the ones given, so the tests run from the
 // repository's root and give repository-relative paths.
-class InspectCommand : public ::testing::Test {
+class ModelCommand : public ::testing::Test {
 protected:
     void SetUp() override { std::filesystem::current_path(testing::sourceDir()); }
     void TearDown() override { std::filesystem::current_path(previous_); }
@@ -41,10 +41,10 @@ private:
     std::filesystem::path previous_ = std::filesystem::current_path();
 };
 
-TEST_F(InspectCommand, PrintsTheModelAsTheGoldenFilesShowFromAnyKindOfLocation) {
-    const std::string golden = "tests/fixtures/inspect/Orbit.inspect";
+TEST_F(ModelCommand, PrintsTheModelAsTheGoldenFilesShowFromAnyKindOfLocation) {
+    const std::string golden = "tests/fixtures/model/Orbit.model";
     for (const std::string location :
-         {"tests/fixtures/inspect/Orbit/Orbit.xcworkspace", "tests/fixtures/inspect/Orbit/"}) {
+         {"tests/fixtures/model/Orbit/Orbit.xcworkspace", "tests/fixtures/model/Orbit/"}) {
         const Run json = inspect(location, InspectFormat::json);
         EXPECT_EQ(json.status, 0) << location;
         EXPECT_EQ(json.out, readText(golden + ".json")) << location;
@@ -56,7 +56,7 @@ TEST_F(InspectCommand, PrintsTheModelAsTheGoldenFilesShowFromAnyKindOfLocation) 
     }
 }
 
-TEST_F(InspectCommand, ProjectWithoutTargetsPrintsAnEmptyList) {
+TEST_F(ModelCommand, ProjectWithoutTargetsPrintsAnEmptyList) {
     testing::TempDir dir;
     const std::string bundle = dir.file("Empty.xcodeproj");
     dir.write("Empty.xcodeproj/project.pbxproj", "{ objects = { }; }");
@@ -66,7 +66,7 @@ TEST_F(InspectCommand, ProjectWithoutTargetsPrintsAnEmptyList) {
     EXPECT_EQ(inspect(bundle, InspectFormat::text).out, "Project  " + bundle + "\nTargets  0\n");
 }
 
-TEST_F(InspectCommand, FailuresWriteOnlyTheReasonAndExitWithTwo) {
+TEST_F(ModelCommand, FailuresWriteOnlyTheReasonAndExitWithTwo) {
     struct Case {
         std::string location;
         std::string err;
@@ -75,9 +75,9 @@ TEST_F(InspectCommand, FailuresWriteOnlyTheReasonAndExitWithTwo) {
     dir.write("Broken.xcodeproj/project.pbxproj", "{ objects = ");
     const std::string brokenFile = dir.file("Broken.xcodeproj") + "/project.pbxproj";
     const Case cases[] = {
-        {"tests/fixtures/inspect/Missing.xcodeproj",
+        {"tests/fixtures/model/Missing.xcodeproj",
          "kelvane: The selected path does not exist.\n"},
-        {"tests/fixtures/inspect/Orbit/Orbit/Info.plist",
+        {"tests/fixtures/model/Orbit/Orbit/Info.plist",
          "kelvane: Please select an .xcodeproj, .xcworkspace, or a folder containing a "
          "project.\n"},
         {dir.path().string() + "/Broken.xcodeproj", "kelvane: " + brokenFile + ":1:13: "},

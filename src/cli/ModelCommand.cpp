@@ -1,4 +1,4 @@
-#include "cli/InspectCommand.h"
+#include "cli/ModelCommand.h"
 
 #include "cli/LoadFailure.h"
 #include "cli/ModelJson.h"
