@@ -15,6 +15,7 @@ packages=(
     libgtest-dev
     libgmock-dev
     libbenchmark-dev
+    time
 )
 if [ "${KELVANE_WITH_APP:-1}" = 1 ]; then
     # The offscreen window (tests, screenshots) draws text with fontconfig fonts.
