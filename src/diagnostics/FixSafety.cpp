@@ -1,6 +1,6 @@
 #include "diagnostics/FixSafety.h"
 
-#include "diagnostics/RawValues.h"
+#include "model/RawValues.h"
 
 namespace kelvane {
 

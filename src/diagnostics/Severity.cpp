@@ -1,6 +1,6 @@
 #include "diagnostics/Severity.h"
 
-#include "diagnostics/RawValues.h"
+#include "model/RawValues.h"
 
 namespace kelvane {
 

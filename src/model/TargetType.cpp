@@ -1,5 +1,7 @@
 #include "model/TargetType.h"
 
+#include "model/RawValues.h"
+
 #include <array>
 #include <utility>
 
@@ -36,12 +38,7 @@ std::string_view rawValue(TargetType type) noexcept {
 }
 
 std::optional<TargetType> targetTypeFromRawValue(std::string_view text) noexcept {
-    for (std::size_t i = 0; i < kRawValues.size(); ++i) {
-        if (kRawValues[i] == text) {
-            return static_cast<TargetType>(i);
-        }
-    }
-    return std::nullopt;
+    return enumFromRawValue<TargetType>(kRawValues, text);
 }
 
 TargetType targetTypeForProductType(const std::string* productType) noexcept {
