@@ -14,6 +14,15 @@ namespace {
 
 using FileHandle = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
+// Far beyond any real project file, workspace or property list. Past it a
+// file is refused before it is read: a sparse file claims gigabytes for free,
+// and reading them would take minutes and as much memory.
+constexpr std::uintmax_t kMaxFileSize = std::uintmax_t{1} << 30;
+
+[[noreturn]] void refuseTooLarge(const std::string& path) {
+    throw FileReadError(path, std::make_error_code(std::errc::file_too_large).message());
+}
+
 FileHandle openRegularFile(const std::string& path) {
     namespace fs = std::filesystem;
     std::error_code error;
@@ -28,6 +37,9 @@ FileHandle openRegularFile(const std::string& path) {
     }
     if (!fs::is_regular_file(status)) {
         throw FileReadError(path, "Not a regular file");
+    }
+    if (const auto size = fs::file_size(path, error); !error && size > kMaxFileSize) {
+        refuseTooLarge(path);
     }
     FileHandle file(std::fopen(path.c_str(), "rb"), &std::fclose);
     if (!file) {
@@ -45,6 +57,11 @@ public:
         while (total < size) {
             const std::size_t count = std::fread(buffer + total, 1, size - total, file_);
             total += count;
+            // The file may have grown since its size was checked.
+            consumed_ += count;
+            if (consumed_ > kMaxFileSize) {
+                refuseTooLarge(path_);
+            }
             if (count == 0) {
                 if (std::ferror(file_)) {
                     throw FileReadError(path_, std::generic_category().message(errno));
@@ -58,6 +75,7 @@ public:
 private:
     std::FILE* file_;
     const std::string& path_;
+    std::uintmax_t consumed_ = 0;
 };
 
 // Files up to this size are read whole; larger ones go to the reader in

@@ -77,6 +77,15 @@ std::function<std::string(const TempDir&)> workspace(std::string bytes) {
 
 const std::string kProjectFile = "App.xcodeproj/project.pbxproj";
 
+// Far beyond any real project; made sparse, so it costs no disk.
+constexpr std::uintmax_t kHugeFile = std::uintmax_t{4} << 30;
+
+std::string sparse(const TempDir& dir, const std::string& relative, std::string_view head) {
+    const std::string path = dir.write(relative, head);
+    fs::resize_file(path, kHugeFile);
+    return path;
+}
+
 std::vector<BrokenInput> brokenInputs() {
     return {
         {"ProjectFileIsAFolder",
@@ -164,6 +173,32 @@ std::vector<BrokenInput> brokenInputs() {
          Outcome::notLoaded,
          kProjectFile,
          {"runs past"}},
+        {"HugeBinaryProjectFile",
+         [](const TempDir& dir) {
+             sparse(dir, kProjectFile, "bplist00");
+             return dir.file("App.xcodeproj");
+         },
+         Outcome::notLoaded,
+         kProjectFile,
+         {"File too large"}},
+        {"HugeTextProjectFile",
+         [](const TempDir& dir) {
+             sparse(dir, kProjectFile, "// !$*UTF8*$!\n{\n\tobjects = {};\n\ttail = \"");
+             return dir.file("App.xcodeproj");
+         },
+         Outcome::notLoaded,
+         kProjectFile,
+         {"File too large"}},
+        {"HugeEntitlements",
+         [](const TempDir& dir) {
+             const std::string path = writeProjectReading(dir, "", goodWatchInfoPlist());
+             sparse(dir, std::string(kEntitlementsFile), "bplist00");
+             return path;
+         },
+         Outcome::checkFails,
+         std::string(kEntitlementsFile),
+         {"File too large"},
+         kEntitlementChecks},
         {"EntitlementsOffsetPastEnd",
          entitlements(binaryOffsetPastEnd),
          Outcome::checkFails,
@@ -264,6 +299,14 @@ std::vector<BrokenInput> brokenInputs() {
          Outcome::notLoaded,
          "",
          {"Failed to parse project: Failed to parse .xcworkspace"}},
+        {"HugeWorkspace",
+         [](const TempDir& dir) {
+             sparse(dir, "App.xcworkspace/contents.xcworkspacedata", "<?xml");
+             return dir.file("App.xcworkspace");
+         },
+         Outcome::notLoaded,
+         "App.xcworkspace/contents.xcworkspacedata",
+         {"File too large"}},
         {"WorkspaceClimbsOutToNothing",
          workspace(workspaceData({"group:../../../../../../../../../../nowhere/App.xcodeproj"})),
          Outcome::notLoaded,
