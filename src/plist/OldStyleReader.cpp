@@ -454,6 +454,12 @@ private:
     // A scalar, an empty container, or (setting `opened`) a container whose
     // children follow.
     Value startValue(bool& opened) {
+        // A value costs as little as two bytes of text ("a,") and tens of
+        // bytes in memory, so their number is bounded as in the binary form.
+        if (++values_ > limits_.maxValues) {
+            fail(p_,
+                 "the data expands to more than " + std::to_string(limits_.maxValues) + " values");
+        }
         if (*p_ == '{') {
             open(true);
             skipBlanks();
@@ -660,7 +666,8 @@ private:
     const char* begin_;
     const char* p_;
     const char* end_;
-    const char* validEnd_;     // the bytes before it are known to be UTF-8
+    const char* validEnd_; // the bytes before it are known to be UTF-8
+    std::size_t values_ = 0;
     std::size_t baseLine_ = 1; // where begin_ is in the whole text
     std::size_t baseColumn_ = 1;
     const std::string& source_;
