@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
+#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <set>
@@ -265,6 +266,17 @@ std::vector<BrokenInput> brokenInputs() {
          std::string(kEntitlementsFile),
          {"Not a regular file"},
          kEntitlementChecks},
+        {"InfoPlistLinksToADevice",
+         [](const TempDir& dir) {
+             const std::string path = writeProjectReading(dir, goodEntitlements(), "");
+             fs::remove(dir.path() / kWatchInfoPlistFile);
+             fs::create_symlink("/dev/zero", dir.path() / kWatchInfoPlistFile);
+             return path;
+         },
+         Outcome::checkFails,
+         std::string(kWatchInfoPlistFile),
+         {"Not a regular file"},
+         kInfoPlistChecks},
         {"InfoPlistUnclosedElements",
          watchInfoPlist(xmlUnclosed),
          Outcome::checkFails,
@@ -357,6 +369,10 @@ TEST_P(BrokenInputTest, EndsQuicklyWithASpecificOutcome) {
     if (run.timedOut) {
         return;
     }
+    std::printf("exit %d in %.0f ms (%.0f ms processor)\n%s", run.status,
+                std::chrono::duration<double, std::milli>(run.elapsed).count(),
+                std::chrono::duration<double, std::milli>(run.processorTime).count(),
+                run.err.c_str());
     const std::string failingPath = input.failingFile.empty() ? "" : dir.file(input.failingFile);
 
     if (input.outcome == Outcome::notLoaded) {
