@@ -335,6 +335,11 @@ std::vector<BrokenInput> brokenInputs() {
     };
 }
 
+// Names the row in test listings instead of dumping its bytes.
+void PrintTo(const BrokenInput& input, std::ostream* out) {
+    *out << input.name;
+}
+
 class BrokenInputTest : public ::testing::TestWithParam<BrokenInput> {};
 
 void expectSpecific(const std::string& message) {
