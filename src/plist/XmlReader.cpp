@@ -287,6 +287,13 @@ private:
                 return;
             }
         }
+        // Every element but <key> and <plist> becomes a value; their number is
+        // bounded as in the other forms, so a huge file cannot exhaust memory.
+        if (*element != Element::key && *element != Element::plist &&
+            ++values_ > limits_.maxValues) {
+            stop("the data expands to more than " + std::to_string(limits_.maxValues) + " values");
+            return;
+        }
         if (*element == Element::dict || *element == Element::array) {
             if (frames_.size() >= limits_.maxDepth) {
                 stop("nesting deeper than " + std::to_string(limits_.maxDepth) + " levels");
@@ -409,6 +416,7 @@ private:
 
     const std::string& source_;
     const ReadLimits& limits_;
+    std::size_t values_ = 0;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)> parser_;
     std::optional<Failure> failure_;
     std::vector<Frame> frames_;
