@@ -95,6 +95,38 @@ TEST_F(ScanCommand, ProjectsThatDoNotLoadPrintOnlyTheReason) {
     }
 }
 
+// Every selection error a path or a folder can reach, with its exact text
+// (names in walk order: "B.xcworkspace" sorts before the folder "a");
+// a folder that cannot be listed is only reachable when not running as root.
+TEST_F(ScanCommand, SelectionErrorsPrintTheirTextAndExitWithTwo) {
+    dir.write("two/B.xcworkspace/contents.xcworkspacedata", "");
+    dir.write("two/a/A.xcworkspace/contents.xcworkspacedata", "");
+    dir.write("projects/A.xcodeproj/project.pbxproj", "");
+    dir.write("projects/B.xcodeproj/project.pbxproj", "");
+    dir.write("none/Sources/main.swift", "");
+    dir.write("hidden/.build/X.xcodeproj/project.pbxproj", "");
+    dir.write("file.swift", "");
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {dir.file("two"), "kelvane: Multiple workspaces found: B.xcworkspace, A.xcworkspace"
+                          "\n\nPlease select a specific workspace directly.\n"},
+        {dir.file("projects"), "kelvane: Multiple projects found: A.xcodeproj, B.xcodeproj"
+                               "\n\nPlease select a specific project directly.\n"},
+        {dir.file("gone"), "kelvane: The selected path does not exist.\n"},
+        {dir.file("file.swift"), "kelvane: Please select an .xcodeproj, .xcworkspace, or a "
+                                 "folder containing a project.\n"},
+        {dir.file("none"),
+         "kelvane: No .xcodeproj or .xcworkspace found in the selected folder.\n"},
+        {dir.file("hidden"),
+         "kelvane: No .xcodeproj or .xcworkspace found in the selected folder.\n"},
+    };
+    for (const auto& [path, message] : cases) {
+        const Run run = scan(path, ScanFormat::json, {returning("a", Severity::success)});
+        EXPECT_EQ(run.status, 2) << path;
+        EXPECT_EQ(run.out, "") << path;
+        EXPECT_EQ(run.err, message) << path;
+    }
+}
+
 // The registry over the two example projects, whose findings their README
 // lists: every check row, the issue order and the exit status.
 TEST(ScanExamples, ReportsTheDocumentedFindings) {
