@@ -3,11 +3,19 @@
 #include "plist/PropertyListReader.h"
 
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 
 namespace kelvane {
 
 plist::Dictionary readEntitlements(const TargetContext& target) {
+    // As built, the model already holds them expanded, or why it could not.
+    if (target.built) {
+        if (target.built->entitlementsError) {
+            throw std::runtime_error(*target.built->entitlementsError);
+        }
+        return target.built->entitlements.value_or(plist::Dictionary{});
+    }
     if (!target.entitlementsURL) {
         return {};
     }

@@ -3,7 +3,6 @@
 #include "cli/LoadFailure.h"
 #include "cli/ModelJson.h"
 #include "cli/ModelText.h"
-#include "parser/ProjectParser.h"
 #include "selection/ProjectSelection.h"
 
 #include <memory>
@@ -11,12 +10,12 @@
 namespace kelvane::cli {
 
 int runInspect(const std::string& path, InspectFormat format, std::ostream& out,
-               std::ostream& err) {
+               std::ostream& err, const Reading& reading) {
     ProjectContext project;
     try {
         // A folder is resolved to the one project or workspace beneath it,
         // exactly as the window's chooser does.
-        project = ProjectParser().parseProject(resolveSelection(path));
+        project = loadProject(resolveSelection(path), reading);
     } catch (const std::exception& error) {
         return reportLoadFailure(error, err);
     }
@@ -32,6 +31,7 @@ void addInspectCommand(CLI::App& app, CommandIO& io) {
     struct Options {
         std::string path;
         std::string format = "text";
+        Reading reading;
     };
     // CLI11 writes into the options while parsing and calls back afterwards,
     // so they must outlive this function; the command owns them.
@@ -45,10 +45,11 @@ void addInspectCommand(CLI::App& app, CommandIO& io) {
     command->add_option("--format", options->format, "Output format")
         ->check(CLI::IsMember({"text", "json"}))
         ->capture_default_str();
+    addReadingOptions(*command, options->reading);
     command->callback([options, &io] {
         const InspectFormat format =
             options->format == "json" ? InspectFormat::json : InspectFormat::text;
-        io.exitStatus = runInspect(options->path, format, io.out, io.err);
+        io.exitStatus = runInspect(options->path, format, io.out, io.err, options->reading);
     });
 }
 

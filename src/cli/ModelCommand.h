@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/CommandIO.h"
+#include "cli/Reading.h"
 
 #include <CLI/CLI.hpp>
 #include <string>
@@ -13,9 +14,10 @@ enum class InspectFormat { text, json };
 // its model. Returns the exit status:
 // clean when it loaded, "not loaded" (with the reason on `err` and nothing on
 // `out`) when it did not.
-int runInspect(const std::string& path, InspectFormat format, std::ostream& out, std::ostream& err);
+int runInspect(const std::string& path, InspectFormat format, std::ostream& out, std::ostream& err,
+               const Reading& reading = {});
 
-// `kelvane inspect PATH [--format text|json]`.
+// `kelvane inspect PATH [--format text|json] [--as-built [--configuration NAME]]`.
 void addInspectCommand(CLI::App& app, CommandIO& io);
 
 } // namespace kelvane::cli

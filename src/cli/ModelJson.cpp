@@ -6,6 +6,44 @@ nlohmann::ordered_json textOrNull(const std::optional<std::string>& text) {
     return text ? nlohmann::ordered_json(*text) : nlohmann::ordered_json(nullptr);
 }
 
+namespace {
+
+nlohmann::ordered_json toJson(const SettingOrigin& origin) {
+    nlohmann::ordered_json json;
+    json["file"] = origin.file.empty() ? nlohmann::ordered_json(nullptr)
+                                       : nlohmann::ordered_json(origin.file);
+    json["line"] = origin.line == 0 ? nlohmann::ordered_json(nullptr)
+                                    : nlohmann::ordered_json(origin.line);
+    json["level"] = origin.level;
+    return json;
+}
+
+// What the as-built reading adds to a target, after the fields both share.
+void addBuiltFacts(const BuiltFacts& facts, nlohmann::ordered_json& json) {
+    json["project"] = facts.project;
+    json["configuration"] = facts.configuration;
+    json["productType"] = facts.productType;
+    json["platform"] = std::string(platformName(facts.platform));
+    json["role"] = std::string(roleName(facts.role));
+    json["mainApp"] = facts.mainApp;
+    json["host"] = textOrNull(facts.host);
+    json["embeds"] = facts.embeds;
+    nlohmann::ordered_json settings = nlohmann::ordered_json::object();
+    for (const auto& [name, traced] : facts.settings) {
+        nlohmann::ordered_json setting = toJson(traced.origin);
+        setting.insert(setting.begin(), {"value", traced.value});
+        settings[name] = std::move(setting);
+    }
+    json["settings"] = std::move(settings);
+    nlohmann::ordered_json unknown = nlohmann::ordered_json::array();
+    for (const UnknownSetting& setting : facts.unknown) {
+        unknown.push_back({{"name", setting.name}, {"reason", setting.reason}});
+    }
+    json["unknownSettings"] = std::move(unknown);
+}
+
+} // namespace
+
 nlohmann::ordered_json toJson(const TargetContext& target) {
     nlohmann::ordered_json json;
     json["name"] = target.name;
@@ -17,6 +55,9 @@ nlohmann::ordered_json toJson(const TargetContext& target) {
     json["developmentTeam"] = textOrNull(target.developmentTeam);
     json["codeSignStyle"] = textOrNull(target.codeSignStyle);
     json["deploymentTarget"] = textOrNull(target.deploymentTarget);
+    if (target.built) {
+        addBuiltFacts(*target.built, json);
+    }
     return json;
 }
 
@@ -27,6 +68,10 @@ nlohmann::ordered_json toJson(const ProjectContext& project) {
     }
     nlohmann::ordered_json json;
     json["projectURL"] = project.projectURL;
+    if (project.configuration) {
+        json["configuration"] = *project.configuration;
+        json["configurations"] = project.configurations;
+    }
     json["targets"] = std::move(targets);
     return json;
 }

@@ -12,7 +12,6 @@
 #include "cli/ScanText.h"
 #include "cli/Terminal.h"
 #include "cli/XcodeDiagnostics.h"
-#include "parser/ProjectParser.h"
 #include "scanner/ScanViewModel.h"
 #include "scanner/SleepingLoop.h"
 #include "selection/ProjectSelection.h"
@@ -59,11 +58,11 @@ FinishedScan finishedScan(const ProjectScanResult& result, const CheckFailures& 
     return scan;
 }
 
-EvidenceFiles evidenceFiles(const std::string& projectPath) {
+EvidenceFiles evidenceFiles(const std::string& projectPath, const Reading& reading) {
     // The scan keeps no model, and evidence names only targets and file
     // names; loading once more is cheap and gives the paths.
     try {
-        return EvidenceFiles(ProjectParser().parseProject(projectPath));
+        return EvidenceFiles(loadProject(projectPath, reading));
     } catch (const std::exception&) {
         return EvidenceFiles();
     }
@@ -78,16 +77,16 @@ void writeReport(const FinishedScan& scan, const ScanOptions& options, std::ostr
         out << toDocument(toJson(scan));
         return;
     case ScanFormat::sarif:
-        writeSarifReport(scan, evidenceFiles(scan.projectPath), out);
+        writeSarifReport(scan, evidenceFiles(scan.projectPath, options.reading), out);
         return;
     case ScanFormat::junit:
         writeJUnitReport(scan, out);
         return;
     case ScanFormat::github:
-        writeGitHubAnnotations(scan, evidenceFiles(scan.projectPath), out);
+        writeGitHubAnnotations(scan, evidenceFiles(scan.projectPath, options.reading), out);
         return;
     case ScanFormat::xcode:
-        writeXcodeDiagnostics(scan, evidenceFiles(scan.projectPath), out);
+        writeXcodeDiagnostics(scan, evidenceFiles(scan.projectPath, options.reading), out);
         return;
     }
 }
@@ -134,7 +133,8 @@ int runScan(const std::string& path, const ScanOptions& options, std::ostream& o
         options.pace ? ProjectScanner::kDefaultCheckPause : std::chrono::milliseconds{0};
     ScanViewModel model(
         loop,
-        ProjectScanner(loop, failureLog, recordingFailures(std::move(checks), failures), pause));
+        ProjectScanner(loop, failureLog, recordingFailures(std::move(checks), failures), pause,
+                       projectLoader(options.reading)));
     std::optional<LiveProgress> live;
     if (options.live) {
         live.emplace(out, options.style);
@@ -185,6 +185,7 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
         std::string color = "auto";
         bool noPace = false;
         std::string output;
+        Reading reading;
     };
     // CLI11 writes into the options while parsing and calls back afterwards,
     // so they must outlive this function; the command owns them.
@@ -210,10 +211,12 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
                       "Do not pause between checks while drawing live progress");
     command->add_option("--output", options->output, "Write the report to FILE")
         ->option_text("FILE");
+    addReadingOptions(*command, options->reading);
     command->callback([options, format, &io] {
         const bool toTerminal = options->output.empty() && isTerminal(stdout);
         ScanOptions scan{.format = formats.at(options->format),
                          .failOn = thresholds.at(options->failOn)};
+        scan.reading = options->reading;
         scan.live = toTerminal && format->count() == 0;
         scan.pace = scan.live && !options->noPace;
         scan.style.color = useColor(colors.at(options->color), toTerminal, std::getenv("NO_COLOR"));

@@ -2,6 +2,7 @@
 
 #include "checks/DoctorCheck.h"
 #include "cli/CommandIO.h"
+#include "cli/Reading.h"
 #include "cli/TextStyle.h"
 #include "scanner/CheckRegistry.h"
 
@@ -27,6 +28,7 @@ struct ScanOptions {
     // rows; only worth it when they are drawn live.
     bool pace = false;
     TextStyle style{};
+    Reading reading{};
 };
 
 // Scans the project at `path` (a bundle, or a folder holding one) through

@@ -3,6 +3,19 @@
 namespace kelvane {
 
 const TargetContext* ProjectContext::mainAppTarget() const noexcept {
+    if (configuration) {
+        const TargetContext* first = nullptr;
+        for (const auto& target : targets) {
+            if (!target.built || !target.built->mainApp) {
+                continue;
+            }
+            if (target.built->platform == Platform::iOS) {
+                return &target;
+            }
+            first = first ? first : &target;
+        }
+        return first;
+    }
     for (const auto& target : targets) {
         if (target.type == TargetType::application) {
             return &target;

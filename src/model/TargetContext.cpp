@@ -2,9 +2,18 @@
 
 #include "plist/PropertyListReader.h"
 
+#include <stdexcept>
+
 namespace kelvane {
 
 std::optional<plist::Value> TargetContext::infoPlistValue(std::string_view key) const {
+    if (built) {
+        if (built->infoPlistError) {
+            throw std::runtime_error(*built->infoPlistError);
+        }
+        const plist::Value* value = built->infoPlist ? built->infoPlist->find(key) : nullptr;
+        return value ? std::optional<plist::Value>(*value) : std::nullopt;
+    }
     if (!infoPlistURL) {
         return std::nullopt;
     }

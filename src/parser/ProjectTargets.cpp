@@ -1,6 +1,7 @@
 #include "parser/ProjectTargets.h"
 
 #include "model/FilePath.h"
+#include "parser/ObjectTable.h"
 #include "parser/ParserError.h"
 #include "parser/PathExists.h"
 
@@ -31,29 +32,6 @@ constexpr std::array kDeploymentTargetKeys{
     "MACOSX_DEPLOYMENT_TARGET"sv,
     "TVOS_DEPLOYMENT_TARGET"sv,
 };
-
-const plist::Dictionary* findObject(const plist::Dictionary& objects, const std::string* id) {
-    if (id == nullptr) {
-        return nullptr;
-    }
-    const plist::Value* object = objects.find(*id);
-    return object ? object->asDictionary() : nullptr;
-}
-
-// A list counts only when every element is text; one stray number makes the
-// whole entry unusable, as if it were missing.
-const plist::Array* findTextList(const plist::Dictionary& dictionary, std::string_view key) {
-    const plist::Array* list = plist::findArray(dictionary, key);
-    if (list == nullptr) {
-        return nullptr;
-    }
-    for (const plist::Value& element : *list) {
-        if (element.asString() == nullptr) {
-            return nullptr;
-        }
-    }
-    return list;
-}
 
 BuildSettings buildSettings(const std::string* configurationListID,
                             const plist::Dictionary& objects) {
@@ -89,6 +67,8 @@ BuildSettings buildSettings(const std::string* configurationListID,
     }
     return settings;
 }
+
+} // namespace
 
 std::vector<std::string> linkedFrameworks(const plist::Dictionary& target,
                                           const plist::Dictionary& objects) {
@@ -129,6 +109,8 @@ std::vector<std::string> linkedFrameworks(const plist::Dictionary& target,
     }
     return frameworks;
 }
+
+namespace {
 
 // A setting names a file relative to the folder that holds the .xcodeproj. It
 // counts only if something is there now: a macro, an absolute path (appended

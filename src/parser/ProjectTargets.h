@@ -16,4 +16,8 @@ namespace kelvane {
 [[nodiscard]] std::vector<TargetContext> parseTargets(const plist::Dictionary& root,
                                                       const std::string& projectURL);
 
+// The frameworks a target's link phases name by path, in phase order.
+[[nodiscard]] std::vector<std::string> linkedFrameworks(const plist::Dictionary& target,
+                                                      const plist::Dictionary& objects);
+
 } // namespace kelvane

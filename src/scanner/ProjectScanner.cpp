@@ -14,7 +14,7 @@ namespace {
 struct ScanRun {
     EventLoop& loop;
     std::ostream& failureLog;
-    ProjectParser parser;
+    ProjectScanner::ProjectLoader loader;
     std::vector<AnyCheck> checks;
     std::chrono::milliseconds checkPause;
     std::string projectURL;
@@ -63,7 +63,7 @@ void runCheck(const std::shared_ptr<ScanRun>& run, std::size_t index) {
 
 void parseAndStart(const std::shared_ptr<ScanRun>& run) {
     try {
-        run->context = run->parser.parseProject(run->projectURL);
+        run->context = run->loader(run->projectURL);
     } catch (const std::exception& error) {
         // Parser errors, unreadable files and malformed property lists all
         // carry their user-facing text in what().
@@ -76,15 +76,23 @@ void parseAndStart(const std::shared_ptr<ScanRun>& run) {
 } // namespace
 
 ProjectScanner::ProjectScanner(EventLoop& loop, std::ostream& failureLog,
-                               std::vector<AnyCheck> checks, std::chrono::milliseconds checkPause)
-    : loop_(loop), failureLog_(failureLog), checks_(std::move(checks)), checkPause_(checkPause) {}
+                               std::vector<AnyCheck> checks, std::chrono::milliseconds checkPause,
+                               ProjectLoader loader)
+    : loop_(loop), failureLog_(failureLog), loader_(std::move(loader)), checks_(std::move(checks)),
+      checkPause_(checkPause) {
+    if (!loader_) {
+        loader_ = [](const std::string& projectURL) {
+            return ProjectParser().parseProject(projectURL);
+        };
+    }
+}
 
 void ProjectScanner::scan(const std::string& projectURL, ProgressHandler onProgress,
                           CompletionHandler onComplete) const {
     auto run = std::make_shared<ScanRun>(ScanRun{
         .loop = loop_,
         .failureLog = failureLog_,
-        .parser = parser_,
+        .loader = loader_,
         .checks = checks_,
         .checkPause = checkPause_,
         .projectURL = projectURL,

@@ -45,6 +45,9 @@ using ScanCompletion = std::variant<ScanReport, ScanError>;
 // written as one line to the failure log and the scan goes on.
 class ProjectScanner {
 public:
+    // Turns a project location into the model the checks read; throws with
+    // a user-facing text when it cannot.
+    using ProjectLoader = std::function<ProjectContext(const std::string& projectURL)>;
     using ProgressHandler =
         std::function<void(const std::string& checkID, const std::optional<DoctorIssue>& issue)>;
     using CompletionHandler = std::function<void(ScanCompletion)>;
@@ -52,10 +55,12 @@ public:
     // Long enough for a progress display to show each check as running.
     static constexpr std::chrono::milliseconds kDefaultCheckPause{150};
 
-    // `loop` and `failureLog` must outlive every scan started here.
+    // `loop` and `failureLog` must outlive every scan started here. Without
+    // a loader, projects are read literally.
     ProjectScanner(EventLoop& loop, std::ostream& failureLog,
                    std::vector<AnyCheck> checks = makeCheckRegistry(),
-                   std::chrono::milliseconds checkPause = kDefaultCheckPause);
+                   std::chrono::milliseconds checkPause = kDefaultCheckPause,
+                   ProjectLoader loader = {});
 
     // Starts a scan of an .xcodeproj or .xcworkspace and returns at once; all
     // work happens in tasks on the loop. `onProgress` (may be empty) hears of
@@ -70,7 +75,7 @@ public:
 private:
     EventLoop& loop_;
     std::ostream& failureLog_;
-    ProjectParser parser_;
+    ProjectLoader loader_;
     std::vector<AnyCheck> checks_;
     std::chrono::milliseconds checkPause_;
 };

@@ -1,0 +1,10 @@
+import SwiftUI
+
+@main
+struct CirrusWatchApp: App {
+    var body: some Scene {
+        WindowGroup {
+            Label("Cirrus", systemImage: "cloud.sun")
+        }
+    }
+}

@@ -1,0 +1,9 @@
+import SwiftUI
+import WidgetKit
+
+@main
+struct CirrusWidgetBundle: WidgetBundle {
+    var body: some Widget {
+        CirrusWidget()
+    }
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "model/ProjectContext.h"
+#include "scanner/ProjectScanner.h"
+
+#include <CLI/App.hpp>
+#include <optional>
+#include <string>
+
+namespace kelvane::cli {
+
+// Which reading of a project a command uses: literal (the default), or as
+// Xcode builds it, for one configuration (the project's default when none
+// is named).
+struct Reading {
+    bool asBuilt = false;
+    std::optional<std::string> configuration;
+};
+
+// Loads the project at a resolved bundle path in that reading. Throws with a
+// user-facing text, including for a configuration the project lacks.
+[[nodiscard]] ProjectContext loadProject(const std::string& projectPath, const Reading& reading);
+
+// The same as the scanner's loader.
+[[nodiscard]] ProjectScanner::ProjectLoader projectLoader(const Reading& reading);
+
+// `--as-built` and `--configuration NAME` on a command.
+void addReadingOptions(CLI::App& command, Reading& reading);
+
+} // namespace kelvane::cli
