@@ -1,6 +1,8 @@
 // Any bytes as the project.pbxproj of a small project that has real
-// entitlements and Info.plist files beside it: loading and all nine checks
-// end in a report or a load error, never a crash, a hang or a leak.
+// entitlements and Info.plist files beside it: loading and all nine checks,
+// read literally and as built, end in a report or a load error, never a
+// crash, a hang or a leak.
+#include "graph/AsBuiltProject.h"
 #include "scanner/ProjectScanner.h"
 #include "scanner/SleepingLoop.h"
 
@@ -55,16 +57,24 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     writeFile(folder / "App.xcodeproj" / "project.pbxproj",
               std::string_view(reinterpret_cast<const char*>(data), size));
 
-    kelvane::SleepingLoop loop;
-    std::ostringstream failures;
-    const kelvane::ProjectScanner scanner(loop, failures, kelvane::makeCheckRegistry(),
-                                          std::chrono::milliseconds(0));
-    bool completed = false;
-    scanner.scan((folder / "App.xcodeproj").string(), {},
-                 [&](const kelvane::ScanCompletion&) { completed = true; });
-    loop.runUntilIdle();
-    if (!completed) {
-        __builtin_trap();
+    for (const bool asBuilt : {false, true}) {
+        kelvane::SleepingLoop loop;
+        std::ostringstream failures;
+        kelvane::ProjectScanner::ProjectLoader loader;
+        if (asBuilt) {
+            loader = [](const std::string& url) {
+                return kelvane::AsBuiltProject::load(url).resolve(std::nullopt);
+            };
+        }
+        const kelvane::ProjectScanner scanner(loop, failures, kelvane::makeCheckRegistry(),
+                                              std::chrono::milliseconds(0), loader);
+        bool completed = false;
+        scanner.scan((folder / "App.xcodeproj").string(), {},
+                     [&](const kelvane::ScanCompletion&) { completed = true; });
+        loop.runUntilIdle();
+        if (!completed) {
+            __builtin_trap();
+        }
     }
     return 0;
 }

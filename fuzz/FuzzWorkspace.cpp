@@ -1,8 +1,10 @@
 // Any bytes as a workspace's contents.xcworkspacedata: the workspace resolves
-// to a project or fails with one of the loading errors, never anything else.
+// to a project (or, read as built, to every project it lists) or fails with
+// one of the loading errors, never anything else.
 #include "parser/ParserError.h"
 #include "parser/ProjectParser.h"
 #include "parser/WorkspaceLocation.h"
+#include "parser/WorkspaceProjects.h"
 #include "plist/ParseError.h"
 
 #include <cstddef>
@@ -31,6 +33,10 @@ std::filesystem::path workspaceFolder() {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view bytes(reinterpret_cast<const char*>(data), size);
     (void)kelvane::firstProjectLocation(bytes);
+    try {
+        (void)kelvane::workspaceProjectsIn(bytes, "ws");
+    } catch (const kelvane::ParserError&) {
+    }
 
     const auto folder = workspaceFolder();
     {

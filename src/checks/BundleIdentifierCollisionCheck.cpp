@@ -1,7 +1,7 @@
 #include "checks/BundleIdentifierCollisionCheck.h"
 
 #include "checks/CheckSupport.h"
-#include "checks/UnicodeLowercase.h"
+#include "settings/UnicodeLowercase.h"
 #include "diagnostics/JoinLines.h"
 
 #include <algorithm>

@@ -8,8 +8,10 @@ nlohmann::ordered_json textOrNull(const std::optional<std::string>& text) {
 
 namespace {
 
-nlohmann::ordered_json toJson(const SettingOrigin& origin) {
+nlohmann::ordered_json toJson(const TracedValue& traced) {
+    const SettingOrigin& origin = traced.origin;
     nlohmann::ordered_json json;
+    json["value"] = traced.value;
     json["file"] = origin.file.empty() ? nlohmann::ordered_json(nullptr)
                                        : nlohmann::ordered_json(origin.file);
     json["line"] = origin.line == 0 ? nlohmann::ordered_json(nullptr)
@@ -30,9 +32,7 @@ void addBuiltFacts(const BuiltFacts& facts, nlohmann::ordered_json& json) {
     json["embeds"] = facts.embeds;
     nlohmann::ordered_json settings = nlohmann::ordered_json::object();
     for (const auto& [name, traced] : facts.settings) {
-        nlohmann::ordered_json setting = toJson(traced.origin);
-        setting.insert(setting.begin(), {"value", traced.value});
-        settings[name] = std::move(setting);
+        settings[name] = toJson(traced);
     }
     json["settings"] = std::move(settings);
     nlohmann::ordered_json unknown = nlohmann::ordered_json::array();

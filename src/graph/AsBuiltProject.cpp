@@ -27,15 +27,16 @@ using settings::Assignment;
 using settings::Resolved;
 using settings::SettingsScope;
 
-// What a developer asks of a target, resolved and kept with its origin.
+// What a developer asks of every target, resolved and kept with its origin.
 constexpr std::array kRecordedSettings{
-    "PRODUCT_BUNDLE_IDENTIFIER"sv, "PRODUCT_NAME"sv,     "DEVELOPMENT_TEAM"sv,
+    "PRODUCT_BUNDLE_IDENTIFIER"sv, "PRODUCT_NAME"sv,       "DEVELOPMENT_TEAM"sv,
     "CODE_SIGN_STYLE"sv,           "CODE_SIGN_ENTITLEMENTS"sv, "INFOPLIST_FILE"sv,
-    "GENERATE_INFOPLIST_FILE"sv,   "SDKROOT"sv,          "SUPPORTED_PLATFORMS"sv,
-    "MARKETING_VERSION"sv,         "CURRENT_PROJECT_VERSION"sv, "TEST_HOST"sv,
-    "BUNDLE_LOADER"sv,             "TEST_TARGET_NAME"sv, "CLANG_MODULES_AUTOLINK"sv,
-    "SKIP_INSTALL"sv,
+    "GENERATE_INFOPLIST_FILE"sv,   "SDKROOT"sv,            "MARKETING_VERSION"sv,
+    "CURRENT_PROJECT_VERSION"sv,   "CLANG_MODULES_AUTOLINK"sv,
 };
+// Only a test bundle has a host; asking an app for one would list it as
+// unknown wherever a file is missing.
+constexpr std::array kTestSettings{"TEST_HOST"sv, "BUNDLE_LOADER"sv, "TEST_TARGET_NAME"sv};
 
 struct ConfigurationList {
     std::vector<std::pair<std::string, const plist::Dictionary*>> configurations;
@@ -214,13 +215,6 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
     facts.configuration = project.configuration;
 
     const std::string projectFile = path::join(project.file.projectURL, "project.pbxproj");
-    std::vector<Assignment> levels = project.assignments;
-    if (configuration != nullptr) {
-        appendBaseConfiguration(levels, *configuration, project.objects, project.groups,
-                                project.projectDir, "target xcconfig");
-        appendSettingsOf(levels, *configuration, projectFile, "target");
-    }
-
     BuiltInContext builtIns{.projectName = project.projectName,
                             .sourceRoot = project.sourceRoot,
                             .projectFilePath = path::join(project.sourceRoot,
@@ -229,6 +223,15 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
                             .targetName = context.name,
                             .productType = facts.productType,
                             .platform = Platform::unknown};
+    std::vector<Assignment> levels = project.assignments;
+    const std::vector<Assignment> derived = targetDerivedSettings(builtIns);
+    levels.insert(levels.end(), derived.begin(), derived.end());
+    if (configuration != nullptr) {
+        appendBaseConfiguration(levels, *configuration, project.objects, project.groups,
+                                project.projectDir, "target xcconfig");
+        appendSettingsOf(levels, *configuration, projectFile, "target");
+    }
+
     const auto stackFor = [&](Platform platform) {
         builtIns.platform = platform;
         std::vector<Assignment> stack = builtInSettings(builtIns);
@@ -240,9 +243,14 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
     {
         const SettingsScope first(stackFor(Platform::unknown), {{"config", project.configuration}});
         const Resolved sdkRoot = first.evaluate("SDKROOT");
-        const Resolved supported = first.evaluate("SUPPORTED_PLATFORMS");
+        const bool multiplatform = !sdkRoot.unknownReason && (sdkRoot.value.empty() || sdkRoot.value == "auto");
+        const Resolved supported =
+            multiplatform ? first.evaluate("SUPPORTED_PLATFORMS") : Resolved{};
         facts.platform = platformOfSDK(sdkRoot.unknownReason ? "" : sdkRoot.value,
                                        supported.unknownReason ? "" : supported.value);
+        if (multiplatform) {
+            record(facts, "SUPPORTED_PLATFORMS", supported);
+        }
     }
     std::vector<Assignment> stack = stackFor(facts.platform);
     const std::vector<std::string> names = assignedNames(stack);
@@ -252,6 +260,11 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
 
     for (const std::string_view name : kRecordedSettings) {
         record(facts, name, scope.evaluate(name));
+    }
+    if (intrinsicRole(facts.productType) == TargetRole::testBundle) {
+        for (const std::string_view name : kTestSettings) {
+            record(facts, name, scope.evaluate(name));
+        }
     }
     const std::string_view deploymentKey = deploymentTargetSetting(facts.platform);
     if (!deploymentKey.empty()) {
@@ -321,6 +334,18 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
     context.type = builtTargetType(facts.productType, facts.platform,
                                    facts.infoPlist ? &*facts.infoPlist : nullptr);
     context.linkedFrameworks = linkedFrameworks(target, project.objects);
+    // A setting behind several fields (PRODUCT_NAME names the bundle and the
+    // generated CFBundleName) is listed once.
+    std::vector<UnknownSetting> unknown;
+    for (UnknownSetting& setting : facts.unknown) {
+        const bool listed = std::any_of(unknown.begin(), unknown.end(), [&](const UnknownSetting& u) {
+            return u.name == setting.name;
+        });
+        if (!listed) {
+            unknown.push_back(std::move(setting));
+        }
+    }
+    facts.unknown = std::move(unknown);
     context.built = std::move(facts);
     return context;
 }

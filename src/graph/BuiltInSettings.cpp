@@ -4,16 +4,34 @@
 
 namespace kelvane {
 
+namespace {
+
+struct Stack {
+    std::vector<settings::Assignment> assignments;
+    void add(std::string name, std::string value) {
+        settings::Assignment assignment;
+        assignment.name = std::move(name);
+        assignment.value = std::move(value);
+        assignment.origin = SettingOrigin{.file = "", .line = 0, .level = "built-in"};
+        assignment.builtIn = true;
+        assignments.push_back(std::move(assignment));
+    }
+};
+
+} // namespace
+
+std::vector<settings::Assignment> targetDerivedSettings(const BuiltInContext& context) {
+    Stack stack;
+    stack.add("TARGET_NAME", context.targetName);
+    stack.add("TARGETNAME", context.targetName);
+    stack.add("PRODUCT_TYPE", context.productType);
+    return std::move(stack.assignments);
+}
+
 std::vector<settings::Assignment> builtInSettings(const BuiltInContext& context) {
-    const SettingOrigin origin{.file = "", .line = 0, .level = "built-in"};
-    std::vector<settings::Assignment> stack;
-    const auto add = [&](std::string name, std::string value) {
-        stack.push_back(settings::Assignment{.name = std::move(name),
-                                             .conditions = {},
-                                             .value = std::move(value),
-                                             .origin = origin,
-                                             .unknownReason = std::nullopt,
-                                             .sparesIdentity = false});
+    Stack stack;
+    const auto add = [&stack](std::string name, std::string value) {
+        stack.add(std::move(name), std::move(value));
     };
     const std::string platformName(platformSettingName(context.platform));
     const bool macOS = context.platform == Platform::macOS;
@@ -35,9 +53,6 @@ std::vector<settings::Assignment> builtInSettings(const BuiltInContext& context)
     add("BUILT_PRODUCTS_DIR", "$(BUILD_DIR)/$(CONFIGURATION)$(EFFECTIVE_PLATFORM_NAME)");
     add("CONFIGURATION_BUILD_DIR", "$(BUILT_PRODUCTS_DIR)");
     add("TARGET_BUILD_DIR", "$(BUILT_PRODUCTS_DIR)");
-    add("TARGET_NAME", context.targetName);
-    add("TARGETNAME", context.targetName);
-    add("PRODUCT_TYPE", context.productType);
     add("PRODUCT_MODULE_NAME", "$(PRODUCT_NAME:c99extidentifier)");
     add("EXECUTABLE_NAME", "$(PRODUCT_NAME)");
     add("WRAPPER_EXTENSION", extension);
@@ -48,7 +63,7 @@ std::vector<settings::Assignment> builtInSettings(const BuiltInContext& context)
     add("BUNDLE_EXECUTABLE_FOLDER_PATH", macOS ? "Contents/MacOS" : "");
     add("EXECUTABLE_FOLDER_PATH", macOS ? "$(CONTENTS_FOLDER_PATH)/MacOS" : "$(CONTENTS_FOLDER_PATH)");
     add("EXECUTABLE_PATH", "$(EXECUTABLE_FOLDER_PATH)/$(EXECUTABLE_NAME)");
-    return stack;
+    return std::move(stack.assignments);
 }
 
 } // namespace kelvane

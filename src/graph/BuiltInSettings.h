@@ -23,6 +23,11 @@ struct BuiltInContext {
     Platform platform = Platform::unknown;
 };
 
+// Defaults and what Xcode derives from the project: the bottom of the stack.
 [[nodiscard]] std::vector<settings::Assignment> builtInSettings(const BuiltInContext& context);
+// What it derives from the target (TARGET_NAME, PRODUCT_TYPE): above the
+// project levels and below the target's own, so a project-wide value such as
+// `com.acme.$(TARGET_NAME)` resolves per target.
+[[nodiscard]] std::vector<settings::Assignment> targetDerivedSettings(const BuiltInContext& context);
 
 } // namespace kelvane

@@ -1,4 +1,4 @@
-#include "checks/UnicodeLowercase.h"
+#include "settings/UnicodeLowercase.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "checks/UnicodeLowercase.h"
+#include "settings/UnicodeLowercase.h"
 
 #include "plist/Utf8.h"
 
