@@ -40,8 +40,19 @@ ProjectFile readProjectFile(const std::string& projectURL) {
     return file;
 }
 
-GroupTree::GroupTree(const plist::Dictionary& objects) : objects_(objects) {
-    for (const plist::DictionaryEntry& entry : objects) {
+GroupTree::GroupTree(const plist::Dictionary& objects) : objects_(objects) {}
+
+std::optional<std::string> GroupTree::pathOf(const std::string& id,
+                                             const std::string& projectDir) const {
+    if (!parents_) {
+        parents_.emplace();
+        indexParents();
+    }
+    return resolvedPath(id, projectDir);
+}
+
+void GroupTree::indexParents() const {
+    for (const plist::DictionaryEntry& entry : objects_) {
         const plist::Dictionary* object = entry.value.asDictionary();
         if (object == nullptr) {
             continue;
@@ -51,13 +62,13 @@ GroupTree::GroupTree(const plist::Dictionary& objects) : objects_(objects) {
             continue;
         }
         for (const plist::Value& child : *children) {
-            parents_.emplace(*child.asString(), entry.key);
+            parents_->emplace(*child.asString(), entry.key);
         }
     }
 }
 
-std::optional<std::string> GroupTree::pathOf(const std::string& id,
-                                               const std::string& projectDir) const {
+std::optional<std::string> GroupTree::resolvedPath(const std::string& id,
+                                                   const std::string& projectDir) const {
     // Walk up collecting `path`s until a source tree that is not "<group>"
     // anchors the chain; the main group (no parent) is the project folder.
     std::vector<std::string> components;
@@ -81,8 +92,8 @@ std::optional<std::string> GroupTree::pathOf(const std::string& id,
         } else if (tree != "<group>") {
             return std::nullopt; // BUILT_PRODUCTS_DIR, SDKROOT…: nothing in the repository
         } else {
-            const auto parent = parents_.find(current);
-            if (parent != parents_.end()) {
+            const auto parent = parents_->find(current);
+            if (parent != parents_->end()) {
                 current = parent->second;
                 continue;
             }

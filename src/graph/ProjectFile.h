@@ -36,8 +36,14 @@ public:
                                                     const std::string& projectDir) const;
 
 private:
+    void indexParents() const;
+    [[nodiscard]] std::optional<std::string> resolvedPath(const std::string& id,
+                                                          const std::string& projectDir) const;
+
     const plist::Dictionary& objects_;
-    std::unordered_map<std::string, std::string> parents_;
+    // Built on the first lookup: most projects name no file through a
+    // group, and a large one has 100,000s of children to index.
+    mutable std::optional<std::unordered_map<std::string, std::string>> parents_;
 };
 
 } // namespace kelvane
