@@ -16,9 +16,6 @@ SettingsScope::SettingsScope(std::vector<Assignment> stack, Bindings bindings)
         if (assignment.isPlaceholder() && assignment.name.empty()) {
             placeholders_.push_back(i);
         } else {
-            if (assignment.builtIn) {
-                builtInNames_.insert(assignment.name);
-            }
             auto found = byName_.find(assignment.name);
             if (found == byName_.end()) {
                 found = byName_.emplace(assignment.name, std::vector<std::size_t>()).first;
@@ -51,9 +48,7 @@ std::optional<std::size_t> SettingsScope::find(std::string_view name, std::size_
             }
         }
     }
-    if (builtInNames_.find(name) != builtInNames_.end()) {
-        return newest;
-    }
+    // Xcode's own settings are never redefined by a file Kelvane could not read.
     if (builtInNames_.find(name) != builtInNames_.end()) {
         return newest;
     }

@@ -59,14 +59,5 @@ TEST(DictionaryOrder, JoinsArraysEscapingEachElement) {
     EXPECT_EQ(stack[0].value, "-framework My\\ App a\\\"b\\\\c \\'q\\'");
 }
 
-TEST(DictionaryOrder, KeepsConditionsOfTheKey) {
-    const auto stack =
-        pushed({{"CODE_SIGN_IDENTITY[sdk=iphoneos*][arch=arm64]", "Apple Development"}});
-    ASSERT_EQ(stack.size(), 1u);
-    EXPECT_EQ(stack[0].name, "CODE_SIGN_IDENTITY");
-    EXPECT_EQ(stack[0].conditions,
-              (std::vector<Condition>{{"sdk", "iphoneos*"}, {"arch", "arm64"}}));
-}
-
 } // namespace
 } // namespace kelvane::settings

@@ -17,6 +17,12 @@ Assignment placeholder(std::string reason, bool sparesIdentity = false, std::str
     return result;
 }
 
+Assignment builtIn(std::string name, std::string value) {
+    Assignment result = assignment(std::move(name), std::move(value));
+    result.builtIn = true;
+    return result;
+}
+
 struct UnknownCase {
     const char* name;
     std::vector<Assignment> stack;
@@ -72,6 +78,11 @@ INSTANTIATE_TEST_SUITE_P(
                     {assignment("A", "x"), placeholder("one", false, "B"), assignment("C", "$(A)")},
                     "C",
                     "x"},
+        UnknownCase{"builtInNeverCovered",
+                    {builtIn("TARGET_NAME", "App"), placeholder(kSecrets),
+                     assignment("PRODUCT_NAME", "$(TARGET_NAME)")},
+                    "PRODUCT_NAME",
+                    "App"},
         UnknownCase{
             "namedPlaceholderItself", {placeholder("one", false, "B")}, "B", "unknown: one"}),
     [](const auto& entry) { return std::string(entry.param.name); });
@@ -89,27 +100,6 @@ TEST(UnknownValues, ExtraValuesWinOverPlaceholders) {
     EXPECT_EQ(shown(scope.expand("$(CFBundleIdentifier).$(X)", {{"CFBundleIdentifier", "com.a"}})),
               "unknown: " + kSecrets);
 }
-
-struct IdentityCase {
-    const char* name;
-    bool identity;
-};
-
-class IdentitySettings : public ::testing::TestWithParam<IdentityCase> {};
-
-TEST_P(IdentitySettings, AreThoseThatNameSignOrPlaceABundle) {
-    EXPECT_EQ(isIdentitySetting(GetParam().name), GetParam().identity);
-}
-
-INSTANTIATE_TEST_SUITE_P(Table, IdentitySettings,
-                         ::testing::Values(IdentityCase{"PRODUCT_BUNDLE_IDENTIFIER", true},
-                                           IdentityCase{"INFOPLIST_KEY_CFBundleDisplayName", true},
-                                           IdentityCase{"XROS_DEPLOYMENT_TARGET", true},
-                                           IdentityCase{"WRAPPER_EXTENSION", true},
-                                           IdentityCase{"OTHER_LDFLAGS", false},
-                                           IdentityCase{"PRODUCT_NAME_SUFFIX", false},
-                                           IdentityCase{"DEPLOYMENT_TARGET_SETTING_NAME", false}),
-                         [](const auto& entry) { return std::string(entry.param.name); });
 
 } // namespace
 } // namespace kelvane::settings
