@@ -10,7 +10,7 @@ seconds="${1:-600}"
 shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-    targets=(fuzz_old_style fuzz_xml fuzz_binary fuzz_workspace fuzz_scan)
+    targets=(fuzz_old_style fuzz_xml fuzz_binary fuzz_workspace fuzz_scan fuzz_xcconfig)
 fi
 
 KELVANE_WITH_APP=0 KELVANE_WITH_FUZZ=1 ./scripts/install-deps.sh
@@ -31,10 +31,12 @@ seed() { # seed TARGET FILE...
 mapfile -t pbxproj < <(find examples tests/fixtures "$shared" -name '*.pbxproj' 2>/dev/null | sort | head -n 400)
 mapfile -t plists < <(find examples tests/fixtures "$shared" \( -name '*.plist' -o -name '*.entitlements' \) 2>/dev/null | sort | head -n 400)
 mapfile -t workspaces < <(find examples tests/fixtures "$shared" -name 'contents.xcworkspacedata' 2>/dev/null | sort | head -n 200)
+mapfile -t xcconfigs < <(find examples tests/fixtures "$shared" -name '*.xcconfig' 2>/dev/null | sort | head -n 300)
 seed fuzz_old_style "${pbxproj[@]}"
 seed fuzz_scan "${pbxproj[@]}"
 seed fuzz_xml "${plists[@]}" "${workspaces[@]}"
 seed fuzz_workspace "${workspaces[@]}"
+seed fuzz_xcconfig "${xcconfigs[@]}"
 # Binary seeds: the XML property lists converted by Python's plistlib.
 mkdir -p "$root/seeds/fuzz_binary"
 python3 - "$root/seeds/fuzz_binary" "${plists[@]}" <<'PY'
