@@ -1,5 +1,6 @@
 #include "checks/SigningConsistencyCheck.h"
 
+#include "checks/BuiltFindings.h"
 #include "checks/CheckSupport.h"
 #include "diagnostics/JoinLines.h"
 
@@ -52,6 +53,21 @@ constexpr std::array<const char*, 4> kManualInstructions{
     "Open project.pbxproj in Xcode", "Review DEVELOPMENT_TEAM across all targets",
     "Review CODE_SIGN_STYLE across all targets", "Align settings as needed for your project"};
 
+// As built, only targets that are signed together are compared: an app with
+// what it embeds, a test bundle with its host.
+constexpr const char* kBuiltConsistentDescription =
+    "Every app and the content it embeds, and every test bundle and its host, are signed by one "
+    "team in one style.";
+constexpr const char* kBuiltInconsistentHead =
+    "Targets that are signed together disagree:\n";
+constexpr const char* kBuiltInconsistentTail =
+    "\n\nAn app extension, widget, watch app or App Clip must be signed by the team that signs the "
+    "app embedding it, and a hosted test bundle by its host's team; App Store validation and "
+    "device installs refuse anything else. Mixed signing styles within one product make "
+    "provisioning depend on which target a developer builds.";
+constexpr const char* kBuiltTeams = " are signed by different teams: ";
+constexpr const char* kBuiltStyles = " use different signing styles: ";
+
 constexpr const char* kTeamSetting = "DEVELOPMENT_TEAM";
 constexpr const char* kStyleSetting = "CODE_SIGN_STYLE";
 constexpr const char* kNotSet = "(not set)";
@@ -101,6 +117,104 @@ DoctorFix alignmentFix(const std::vector<TargetContext>& targets) {
     return fix;
 }
 
+// "App (ABCDE12345), Widget (ZZZZZ99999)" for the targets that have a value.
+std::string valuesByTarget(const std::vector<const TargetContext*>& targets,
+                           std::optional<std::string> TargetContext::*setting) {
+    std::vector<std::string> parts;
+    for (const TargetContext* target : targets) {
+        if (const auto& value = target->*setting) {
+            parts.push_back(target->name + " (" + *value + ")");
+        }
+    }
+    return join(parts, ", ");
+}
+
+// Targets that leave a value unset, or whose value is unknown, do not count
+// as disagreeing.
+std::optional<BuiltFinding> disagreement(const std::string& subject,
+                                         const std::vector<const TargetContext*>& targets,
+                                         std::optional<std::string> TargetContext::*setting,
+                                         const char* settingName, const char* verb) {
+    std::set<std::string> values;
+    for (const TargetContext* target : targets) {
+        if (const auto& value = target->*setting) {
+            values.insert(*value);
+        }
+    }
+    if (values.size() < 2) {
+        return std::nullopt;
+    }
+    const std::string listed = valuesByTarget(targets, setting);
+    BuiltFinding finding{.key = subject + verb + listed,
+                         .line = subject + verb + listed,
+                         .severity = Severity::warning,
+                         .evidence = {},
+                         .targets = {},
+                         .steps = {}};
+    for (const TargetContext* target : targets) {
+        finding.evidence.push_back(builtSettingEvidence(*target, settingName));
+        finding.targets.push_back(makeTargetRef(*target));
+    }
+    // Aligning means taking the value of the target the others are signed with.
+    const TargetContext& reference = *targets.front();
+    if (const auto& value = reference.*setting) {
+        for (const TargetContext* target : targets) {
+            if (target->*setting && *(target->*setting) != *value) {
+                finding.steps.push_back(setBuildSettingStep(
+                    "Set " + target->name + " " + settingName + " to '" + *value + "'", target->name,
+                    settingName, *value));
+            }
+        }
+    }
+    return finding;
+}
+
+std::vector<BuiltFinding> builtFindings(const ProjectContext& context) {
+    std::vector<BuiltFinding> findings;
+    const auto compare = [&](const std::string& subject,
+                             const std::vector<const TargetContext*>& together) {
+        if (auto teams = disagreement(subject, together, &TargetContext::developmentTeam,
+                                      kTeamSetting, kBuiltTeams)) {
+            findings.push_back(std::move(*teams));
+        }
+        if (auto styles = disagreement(subject, together, &TargetContext::codeSignStyle,
+                                       kStyleSetting, kBuiltStyles)) {
+            findings.push_back(std::move(*styles));
+        }
+    };
+    for (const ShippingUnit& unit : shippingUnits(context)) {
+        if (unit.content.empty()) {
+            continue;
+        }
+        std::vector<const TargetContext*> together{unit.app};
+        together.insert(together.end(), unit.content.begin(), unit.content.end());
+        compare(unit.app->name + " and the content it embeds", together);
+    }
+    for (const TargetContext& target : context.targets) {
+        const TargetContext* host = hostOf(context, target);
+        if (target.built->role == TargetRole::testBundle && host != nullptr) {
+            compare(target.name + " and its host " + host->name, {host, &target});
+        }
+    }
+    return findings;
+}
+
+std::optional<DoctorIssue> runAsBuilt(const ProjectContext& context) {
+    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtFindings);
+    if (findings.empty()) {
+        return DoctorIssue{.id = kCheckID,
+                           .severity = Severity::success,
+                           .title = kConsistentTitle,
+                           .description = kBuiltConsistentDescription,
+                           .impact = kConsistentImpact};
+    }
+    return builtIssue(kCheckID, kInconsistentTitle, kBuiltInconsistentHead, findings,
+                      kBuiltInconsistentTail, kInconsistentImpact,
+                      DoctorFix{.summary = kFixSummary,
+                                .safety = FixSafety::manualOnly,
+                                .warningMessage = kFixWarning});
+}
+
 } // namespace
 
 std::string SigningConsistencyCheck::id() const {
@@ -108,6 +222,9 @@ std::string SigningConsistencyCheck::id() const {
 }
 
 std::optional<DoctorIssue> SigningConsistencyCheck::run(const ProjectContext& context) const {
+    if (isAsBuilt(context)) {
+        return runAsBuilt(context);
+    }
     const auto& targets = context.targets;
     if (targets.size() < 2) {
         return DoctorIssue{.id = kCheckID,

@@ -136,6 +136,14 @@ Json toJson(const EvidenceItem& item) {
     json["key"] = item.key;
     json["value"] = item.value;
     json["expectedValue"] = textOrNull(item.expectedValue);
+    // Only the as-built reading knows where a value was set.
+    if (item.origin) {
+        Json origin;
+        origin["file"] = item.origin->file.empty() ? Json(nullptr) : Json(item.origin->file);
+        origin["line"] = item.origin->line == 0 ? Json(nullptr) : Json(item.origin->line);
+        origin["level"] = item.origin->level;
+        json["origin"] = std::move(origin);
+    }
     return json;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/ModelText.h"
 
+#include "diagnostics/EvidenceSource.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
@@ -55,14 +57,6 @@ void writeList(const std::vector<std::string>& items, std::ostream& out) {
     out << '\n';
 }
 
-std::string originText(const SettingOrigin& origin) {
-    if (origin.file.empty()) {
-        return origin.level;
-    }
-    return origin.line == 0 ? origin.file + " (" + origin.level + ")"
-                            : origin.file + ":" + std::to_string(origin.line);
-}
-
 // As built: the same table with platform and role, then for each target its
 // files, what it embeds or runs in, where its identity came from and what
 // could not be known.
@@ -101,7 +95,7 @@ void writeBuiltProjectText(const ProjectContext& project, std::ostream& out) {
         writeList(facts.embeds, out);
         for (const std::string_view name : {"PRODUCT_BUNDLE_IDENTIFIER", "DEVELOPMENT_TEAM"}) {
             if (const TracedValue* value = facts.setting(name)) {
-                out << "  " << name << " set at " << originText(value->origin) << '\n';
+                out << "  " << name << " set at " << originDescription(value->origin) << '\n';
             }
         }
         for (const UnknownSetting& unknown : facts.unknown) {

@@ -8,11 +8,10 @@
 
 namespace kelvane::cli {
 
-ProjectContext loadProject(const std::string& projectPath, const Reading& reading) {
-    if (!reading.asBuilt) {
-        return ProjectParser().parseProject(projectPath);
-    }
-    const AsBuiltProject project = AsBuiltProject::load(projectPath);
+namespace {
+
+// Throws when the reading names a configuration the project lacks.
+void requireConfiguration(const AsBuiltProject& project, const Reading& reading) {
     if (reading.configuration) {
         const std::vector<std::string> names = project.configurations();
         if (std::find(names.begin(), names.end(), *reading.configuration) == names.end()) {
@@ -24,6 +23,22 @@ ProjectContext loadProject(const std::string& projectPath, const Reading& readin
             throw std::runtime_error(names.empty() ? message + "none" : message);
         }
     }
+}
+
+ProjectContext loadForScan(const std::string& projectPath, const Reading& reading) {
+    const AsBuiltProject project = AsBuiltProject::load(projectPath);
+    requireConfiguration(project, reading);
+    return project.resolveForScan(reading.configuration);
+}
+
+} // namespace
+
+ProjectContext loadProject(const std::string& projectPath, const Reading& reading) {
+    if (!reading.asBuilt) {
+        return ProjectParser().parseProject(projectPath);
+    }
+    const AsBuiltProject project = AsBuiltProject::load(projectPath);
+    requireConfiguration(project, reading);
     return project.resolve(reading.configuration);
 }
 
@@ -31,7 +46,7 @@ ProjectScanner::ProjectLoader projectLoader(const Reading& reading) {
     if (!reading.asBuilt) {
         return {};
     }
-    return [reading](const std::string& projectPath) { return loadProject(projectPath, reading); };
+    return [reading](const std::string& projectPath) { return loadForScan(projectPath, reading); };
 }
 
 void addReadingOptions(CLI::App& command, Reading& reading) {

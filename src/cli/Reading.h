@@ -21,7 +21,8 @@ struct Reading {
 // user-facing text, including for a configuration the project lacks.
 [[nodiscard]] ProjectContext loadProject(const std::string& projectPath, const Reading& reading);
 
-// The same as the scanner's loader.
+// The scanner's loader: as built, every configuration is resolved (or only
+// the one named), since a problem may live in any of them.
 [[nodiscard]] ProjectScanner::ProjectLoader projectLoader(const Reading& reading);
 
 // `--as-built` and `--configuration NAME` on a command.

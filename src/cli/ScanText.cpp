@@ -45,6 +45,9 @@ void writeIssue(const DoctorIssue& issue, std::ostream& out, const TextStyle& st
             if (item.expectedValue) {
                 out << "      Expected: " << *item.expectedValue << '\n';
             }
+            if (item.origin) {
+                out << "      Set in: " << originDescription(*item.origin) << '\n';
+            }
         }
     }
 

@@ -2,6 +2,7 @@
 
 #include "diagnostics/EvidenceSource.h"
 #include "diagnostics/RecordHash.h"
+#include "model/SettingOrigin.h"
 
 #include <cstddef>
 #include <functional>
@@ -16,6 +17,9 @@ struct EvidenceItem {
     std::string key{};
     std::string value{};
     std::optional<std::string> expectedValue{};
+    // As built only: where the value was set (an .xcconfig line, a level of
+    // the project file, a property list) so a developer can go to it.
+    std::optional<SettingOrigin> origin{};
     friend bool operator==(const EvidenceItem&, const EvidenceItem&) = default;
 };
 

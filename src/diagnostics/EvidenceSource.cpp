@@ -9,6 +9,16 @@ namespace {
 constexpr std::string_view kArrow = " \u2192 ";
 } // namespace
 
+std::string originDescription(const SettingOrigin& origin) {
+    if (origin.file.empty()) {
+        return origin.level;
+    }
+    if (origin.line != 0) {
+        return origin.file + ":" + std::to_string(origin.line);
+    }
+    return origin.file + " (" + origin.level + ")";
+}
+
 std::string locationDescription(const EvidenceSource& source) {
     auto concat = [](std::initializer_list<std::string_view> parts) {
         std::string text;

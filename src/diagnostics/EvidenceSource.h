@@ -1,6 +1,7 @@
 #pragma once
 
 #include "diagnostics/RecordHash.h"
+#include "model/SettingOrigin.h"
 
 #include <cstddef>
 #include <string>
@@ -74,6 +75,10 @@ using EvidenceSource = std::variant<PlistSource, EntitlementsSource, BuildSettin
 // The source as people read it, e.g. "App → Build Settings (Debug)". Payload
 // texts go in verbatim.
 [[nodiscard]] std::string locationDescription(const EvidenceSource& source);
+
+// Where an as-built value was set, as people read it: "Config/App.xcconfig:12",
+// "App.xcodeproj/project.pbxproj (target (Release))", "built-in".
+[[nodiscard]] std::string originDescription(const SettingOrigin& origin);
 
 // The case name, e.g. "buildSetting".
 [[nodiscard]] std::string_view caseName(const EvidenceSource& source) noexcept;

@@ -113,7 +113,12 @@ std::size_t hashValue(const EvidenceSource& source) noexcept {
 }
 
 std::size_t hashValue(const EvidenceItem& item) noexcept {
-    return Hasher{}.fields(item.source, item.key, item.value, item.expectedValue).value();
+    Hasher hasher;
+    hasher.fields(item.source, item.key, item.value, item.expectedValue);
+    if (item.origin) {
+        hasher.fields(item.origin->file, item.origin->line, item.origin->level);
+    }
+    return hasher.value();
 }
 
 std::size_t hashValue(const TargetRef& target) noexcept {

@@ -128,11 +128,10 @@ void appendBaseConfiguration(std::vector<Assignment>& stack, const plist::Dictio
 void appendSettingsOf(std::vector<Assignment>& stack, const plist::Dictionary& configuration,
                       const std::string& projectFile, const std::string& level) {
     if (const plist::Dictionary* values = plist::findDictionary(configuration, "buildSettings")) {
-        const std::string* name = plist::findString(configuration, "name");
-        settings::appendBuildSettings(
-            stack, *values,
-            SettingOrigin{.file = projectFile, .line = 0,
-                          .level = level + (name ? " (" + *name + ")" : std::string())});
+        // The configuration is named where the value is shown; the level
+        // stays the same across configurations so equal findings merge.
+        settings::appendBuildSettings(stack, *values,
+                                      SettingOrigin{.file = projectFile, .line = 0, .level = level});
     }
 }
 
@@ -275,11 +274,23 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
             record(facts, name, scope.evaluate(name));
         }
     }
+    const plist::Dictionary* attributes =
+        project.targetAttributes ? plist::findDictionary(*project.targetAttributes, targetID) : nullptr;
+    if (const plist::Dictionary* capabilities =
+            attributes ? plist::findDictionary(*attributes, "SystemCapabilities") : nullptr) {
+        for (const plist::DictionaryEntry& capability : *capabilities) {
+            const plist::Dictionary* state = capability.value.asDictionary();
+            const plist::Value* enabled = state ? state->find("enabled") : nullptr;
+            if (enabled != nullptr && enabled->asString() != nullptr) {
+                facts.systemCapabilities.emplace(capability.key, *enabled->asString() != "0");
+            } else if (enabled != nullptr && enabled->asInteger() != nullptr) {
+                facts.systemCapabilities.emplace(capability.key, *enabled->asInteger() != 0);
+            }
+        }
+    }
     // An empty style leaves it to the per-target choice Xcode keeps in the
     // project's target attributes.
-    if (!nonEmpty(facts.setting("CODE_SIGN_STYLE")) && project.targetAttributes != nullptr) {
-        const plist::Dictionary* attributes =
-            plist::findDictionary(*project.targetAttributes, targetID);
+    if (!nonEmpty(facts.setting("CODE_SIGN_STYLE")) && attributes != nullptr) {
         const std::string* style =
             attributes ? plist::findString(*attributes, "ProvisioningStyle") : nullptr;
         if (style != nullptr) {
@@ -492,6 +503,25 @@ ProjectContext AsBuiltProject::resolve(const std::optional<std::string>& configu
         context.targets.insert(context.targets.end(), std::make_move_iterator(targets.begin()),
                                std::make_move_iterator(targets.end()));
     }
+    return context;
+}
+
+} // namespace kelvane
+
+namespace kelvane {
+
+ProjectContext AsBuiltProject::resolveForScan(const std::optional<std::string>& only) const {
+    const std::string shown = only.value_or(defaultConfiguration());
+    std::vector<ProjectContext> resolved;
+    std::optional<std::size_t> shownIndex;
+    for (const std::string& name : only ? std::vector<std::string>{*only} : configurations()) {
+        if (name == shown) {
+            shownIndex = resolved.size();
+        }
+        resolved.push_back(resolve(name));
+    }
+    ProjectContext context = shownIndex ? resolved[*shownIndex] : resolve(shown);
+    context.resolvedConfigurations = std::move(resolved);
     return context;
 }
 

@@ -30,6 +30,11 @@ public:
     // order the workspace lists them.
     [[nodiscard]] ProjectContext resolve(const std::optional<std::string>& configuration) const;
 
+    // What a scan checks: the project resolved for `only`, or for its default
+    // configuration with every configuration resolved beside it in
+    // `resolvedConfigurations`, so a problem that lives only in Beta is seen.
+    [[nodiscard]] ProjectContext resolveForScan(const std::optional<std::string>& only) const;
+
 private:
     std::vector<ProjectFile> projects_;
 };

@@ -53,6 +53,9 @@ struct BuiltFacts {
     std::optional<std::string> host;
     // Targets whose products this one copies into its bundle, in phase order.
     std::vector<std::string> embeds;
+    // Capabilities the project's target attributes record (the legacy
+    // `SystemCapabilities`), by name, with whether each is enabled.
+    std::map<std::string, bool, std::less<>> systemCapabilities;
     // The settings Kelvane resolved, by name, each with its origin.
     std::map<std::string, TracedValue, std::less<>> settings;
     std::vector<UnknownSetting> unknown;

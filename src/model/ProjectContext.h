@@ -19,6 +19,9 @@ struct ProjectContext {
     // As built only: the configuration resolved and every one the project has.
     std::optional<std::string> configuration{};
     std::vector<std::string> configurations{};
+    // As built, for a scan: the project resolved for every configuration it
+    // checks, in the project's order (this one among them). Empty otherwise.
+    std::vector<ProjectContext> resolvedConfigurations{};
 
     // Read literally, the first application target; as built, the main app a
     // developer means (the iOS one where there are several platforms).

@@ -1,5 +1,6 @@
 #include "checks/SigningConsistencyCheck.h"
 
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 
 #include <gtest/gtest.h>
@@ -133,6 +134,70 @@ TEST(SigningConsistencyCheck, Outcomes) {
                           {{"App", application, std::nullopt}, {"Ext", appExtension, std::nullopt}},
                           alignTo("Ext", "ABC", "Automatic"))},
         });
+}
+
+// As built, only targets signed together are compared, per configuration,
+// and a difference found in several configurations is one line naming them.
+TEST(SigningConsistencyAsBuilt, ComparesWhatIsSignedTogether) {
+    using test::BuiltTarget;
+    using test::builtConfiguration;
+    using test::builtProject;
+    const auto app = [](std::string team) {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp().embeds({"Widget"}).team(std::move(team)).signStyle("Automatic");
+    };
+    const auto widget = [](std::string team) {
+        return BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App").team(std::move(team)).signStyle("Automatic");
+    };
+    const TargetContext siblingOtherTeam =
+        BuiltTarget("Enterprise", application, Platform::iOS, TargetRole::app).team("ENT");
+    const TargetContext macOtherTeam =
+        BuiltTarget("Mac", application, Platform::macOS, TargetRole::app).mainApp().team("MAC");
+    const TargetContext hostedTestsOtherTeam =
+        BuiltTarget("AppTests", unitTestBundle, Platform::iOS, TargetRole::testBundle)
+            .host("App").team("TST");
+
+    const auto headline = [](std::string_view description) {
+        return [description](const std::optional<DoctorIssue>& issue) {
+            ASSERT_TRUE(issue.has_value());
+            EXPECT_NE(issue->description.find(description), std::string::npos) << issue->description;
+        };
+    };
+    struct Case {
+        const char* name;
+        ProjectContext project;
+        Severity severity;
+        std::string line;
+    };
+    const std::vector<Case> cases{
+        {"sibling apps, other platforms and one team per product are fine",
+         builtProject({app("ABC"), widget("ABC"), siblingOtherTeam, macOtherTeam}),
+         Severity::success, "signed by one team in one style"},
+        {"a widget signed by another team in every configuration is one line",
+         builtProject({app("ABC"), widget("XYZ")}), Severity::warning,
+         "• App and the content it embeds are signed by different teams: App (ABC), Widget (XYZ) "
+         "(Debug, Release)"},
+        {"a difference only Release has names Release",
+         builtProject({builtConfiguration("Debug", {app("ABC"), widget("ABC")}),
+                       builtConfiguration("Release", {app("ABC"), widget("XYZ")})}),
+         Severity::warning, "Widget (XYZ) (Release)"},
+        {"a hosted test bundle is compared with its host only",
+         builtProject({app("ABC"), widget("ABC"), hostedTestsOtherTeam}), Severity::warning,
+         "• AppTests and its host App are signed by different teams: App (ABC), AppTests (TST)"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::optional<DoctorIssue> issue = SigningConsistencyCheck().run(c.project);
+        headline(c.line)(issue);
+        EXPECT_EQ(issue->severity, c.severity);
+    }
+    // Evidence names where each value was set and every configuration.
+    const auto issue = SigningConsistencyCheck().run(builtProject({app("ABC"), widget("XYZ")}));
+    ASSERT_EQ(issue->evidence.size(), 2u);
+    EXPECT_EQ(issue->evidence[1].source, EvidenceSource(BuildSettingSource{"Widget", "Debug, Release"}));
+    ASSERT_TRUE(issue->evidence[1].origin.has_value());
+    EXPECT_EQ(issue->evidence[1].origin->level, "target");
 }
 
 } // namespace

@@ -130,7 +130,7 @@ TEST_F(ResolvedSettings, LevelsStackFromProjectXcconfigToTargetSettings) {
     EXPECT_EQ(app.built->setting("PRODUCT_BUNDLE_IDENTIFIER")->origin.line, 1u);
     // Deployment target inherited from the project level.
     EXPECT_EQ(app.deploymentTarget, "16.0");
-    EXPECT_EQ(app.built->setting("IPHONEOS_DEPLOYMENT_TARGET")->origin.level, "project (Release)");
+    EXPECT_EQ(app.built->setting("IPHONEOS_DEPLOYMENT_TARGET")->origin.level, "project");
 }
 
 TEST_F(ResolvedSettings, ConditionsMatchTheDeviceSDKAndEmptyValuesAreAbsent) {
