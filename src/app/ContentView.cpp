@@ -1,6 +1,7 @@
 #include "app/ContentView.h"
 
 #include "app/ScanFailedView.h"
+#include "graph/AsBuiltLoading.h"
 #include "views/ProjectPickerView.h"
 #include "views/ScanningResultsView.h"
 
@@ -49,6 +50,17 @@ void ContentView::open(const std::string& path) {
     }
 }
 
+void ContentView::setReadAsBuilt(bool asBuilt) {
+    asBuilt_ = asBuilt;
+    if (!asBuilt) {
+        viewModel_.setProjectLoader({});
+        return;
+    }
+    viewModel_.setProjectLoader([](const std::string& projectPath) {
+        return loadAsBuiltForScan(projectPath, std::nullopt);
+    });
+}
+
 void ContentView::render(const ScanState& next) {
     const std::size_t index = next.index();
     if (const auto* scanning = std::get_if<ScanningState>(&next)) {
@@ -63,6 +75,8 @@ void ContentView::render(const ScanState& next) {
             .isScanning = true,
         };
         screenPath_ = scanning->projectPath;
+        screenAsBuilt_ = asBuilt_;
+        inputs.readingNote = screenAsBuilt_ ? kAsBuiltNote : "";
         inputs.onCancel = [this] {
             viewModel_.reset();
         };
@@ -79,6 +93,7 @@ void ContentView::render(const ScanState& next) {
             .isScanning = false,
         };
         screenPath_ = completed->result.projectPath;
+        inputs.readingNote = screenAsBuilt_ ? kAsBuiltNote : "";
         inputs.onCancel = [this] {
             viewModel_.reset();
         };

@@ -38,6 +38,14 @@ public:
     // unless the picker is showing.
     void open(const std::string& path);
 
+    // Whether later scans read projects as Xcode builds them (every
+    // configuration resolved) rather than literally, the default.
+    void setReadAsBuilt(bool asBuilt);
+    [[nodiscard]] bool readsAsBuilt() const noexcept { return asBuilt_; }
+
+    // What the results header says of an as-built scan.
+    static constexpr const char* kAsBuiltNote = "Read as Xcode builds it, every configuration";
+
 private:
     void render(const ScanState& next);
     void replaceScreen(QWidget* next, std::size_t stateIndex);
@@ -50,6 +58,10 @@ private:
     QWidget* screen_ = nullptr;
     std::size_t screenState_ = 0;
     std::string screenPath_;
+    bool asBuilt_ = false;
+    // The reading of the scan on show, which a switch flipped meanwhile
+    // does not change.
+    bool screenAsBuilt_ = false;
     ScanViewModel::ObserverID observer_;
 };
 

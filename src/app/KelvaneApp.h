@@ -4,6 +4,8 @@
 #include "views/ConfirmationPrompt.h"
 #include "views/FileChooser.h"
 
+#include <QAction>
+#include <QSettings>
 #include <QWidget>
 
 #include <memory>
@@ -18,6 +20,9 @@ public:
 
     [[nodiscard]] QWidget& window() noexcept { return *window_; }
     [[nodiscard]] ContentView& content() noexcept { return *content_; }
+    // View → "Read projects as Xcode builds them": off by default, remembered
+    // between launches.
+    [[nodiscard]] QAction& asBuiltAction() noexcept { return *asBuiltAction_; }
     void show();
 
     // The look the screens were drawn for: Fusion with a light palette, so the
@@ -29,6 +34,8 @@ private:
     views::MessageBoxPrompt prompt_;
     std::unique_ptr<QWidget> window_;
     ContentView* content_;
+    QAction* asBuiltAction_;
+    QSettings settings_;
 };
 
 } // namespace kelvane::app

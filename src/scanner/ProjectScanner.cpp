@@ -78,13 +78,14 @@ void parseAndStart(const std::shared_ptr<ScanRun>& run) {
 ProjectScanner::ProjectScanner(EventLoop& loop, std::ostream& failureLog,
                                std::vector<AnyCheck> checks, std::chrono::milliseconds checkPause,
                                ProjectLoader loader)
-    : loop_(loop), failureLog_(failureLog), loader_(std::move(loader)), checks_(std::move(checks)),
-      checkPause_(checkPause) {
-    if (!loader_) {
-        loader_ = [](const std::string& projectURL) {
-            return ProjectParser().parseProject(projectURL);
-        };
-    }
+    : loop_(loop), failureLog_(failureLog), checks_(std::move(checks)), checkPause_(checkPause) {
+    setLoader(std::move(loader));
+}
+
+void ProjectScanner::setLoader(ProjectLoader loader) {
+    loader_ = loader ? std::move(loader) : [](const std::string& projectURL) {
+        return ProjectParser().parseProject(projectURL);
+    };
 }
 
 void ProjectScanner::scan(const std::string& projectURL, ProgressHandler onProgress,

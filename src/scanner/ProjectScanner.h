@@ -69,6 +69,10 @@ public:
     void scan(const std::string& projectURL, ProgressHandler onProgress,
               CompletionHandler onComplete) const;
 
+    // How later scans read projects; an empty loader reads them literally.
+    // A scan already running keeps the loader it started with.
+    void setLoader(ProjectLoader loader);
+
     [[nodiscard]] const std::vector<AnyCheck>& checks() const noexcept { return checks_; }
     [[nodiscard]] std::chrono::milliseconds checkPause() const noexcept { return checkPause_; }
 

@@ -46,6 +46,8 @@ public:
 
     [[nodiscard]] const ScanState& state() const noexcept { return state_; }
     [[nodiscard]] const ProjectScanner& scanner() const noexcept { return scanner_; }
+    // How the next scans read projects (see ProjectScanner::setLoader).
+    void setProjectLoader(ProjectScanner::ProjectLoader loader) { scanner_.setLoader(std::move(loader)); }
 
     ObserverID addObserver(Observer observer);
     void removeObserver(ObserverID id);

@@ -169,6 +169,13 @@ QWidget* ScanningResultsView::makeHeader() {
     layout->addLayout(texts);
     layout->addStretch(1);
 
+    if (!inputs_.readingNote.empty()) {
+        auto* note = makeLabel(qs(inputs_.readingNote), TextStyle::caption, secondaryTextColor(),
+                               QStringLiteral("readingNote"), header);
+        note->setAccessibleName(qs(inputs_.readingNote));
+        layout->addWidget(note, 0, Qt::AlignVCenter);
+        layout->addSpacing(12);
+    }
     auto* path = makeLabel(qs(inputs_.projectPath), TextStyle::caption, tertiaryTextColor(),
                            QStringLiteral("projectPath"), header);
     path->setToolTip(qs(inputs_.projectPath));

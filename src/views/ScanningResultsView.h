@@ -33,6 +33,9 @@ public:
         std::function<void()> onCancel{};
         // Absent while scanning: there is nothing to scan again yet.
         std::function<void()> onRescan{};
+        // Says how the project was read when it was not read literally; the
+        // header shows it beside the path. Empty: nothing is shown.
+        std::string readingNote{};
     };
 
     // `prompt` must outlive the view.

@@ -1,4 +1,5 @@
 #include "app/ContentView.h"
+#include "app/KelvaneApp.h"
 #include "TestDoubles.h"
 #include "scanner/CheckTitles.h"
 
@@ -6,6 +7,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSettings>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
@@ -183,6 +186,42 @@ private slots:
         // The dropped scan finishes in the background without coming back.
         QTest::qWait(1700);
         QCOMPARE(screenName(content), QStringLiteral("projectPickerView"));
+    }
+
+    // The reading switch is off on a first launch, marks the scans it makes,
+    // leaves a scan on show as it was read, and is remembered.
+    void theAsBuiltSwitchMarksItsScansAndIsRemembered() {
+        QStandardPaths::setTestModeEnabled(true);
+        QSettings(QStringLiteral("Kelvane"), QStringLiteral("Kelvane")).clear();
+        const QString cirrus = sourcePath(QStringLiteral("examples/Cirrus/Cirrus.xcodeproj"));
+        {
+            app::KelvaneApp app;
+            app::ContentView& content = app.content();
+            QVERIFY(!app.asBuiltAction().isChecked());
+            content.open(cirrus.toStdString());
+            QTRY_COMPARE_WITH_TIMEOUT(labelText(content.screen(), "scanTitle"),
+                                      QStringLiteral("Scan Complete"), kScanTimeout);
+            QCOMPARE(labelText(content.screen(), "scanSubtitle"), QStringLiteral("8 passed"));
+            QVERIFY(content.screen()->findChild<QLabel*>(QStringLiteral("readingNote")) == nullptr);
+
+            app.asBuiltAction().trigger();
+            QVERIFY(content.readsAsBuilt());
+            content.viewModel().reset();
+            content.open(cirrus.toStdString());
+            QCOMPARE(labelText(content.screen(), "readingNote"),
+                     QString::fromUtf8(app::ContentView::kAsBuiltNote));
+            QTRY_COMPARE_WITH_TIMEOUT(labelText(content.screen(), "scanTitle"),
+                                      QStringLiteral("Scan Complete"), kScanTimeout);
+            // Read as built, the widget's Release-only team is found.
+            QVERIFY(labelText(content.screen(), "scanSubtitle").contains(QStringLiteral("warning")));
+        }
+        app::KelvaneApp relaunched;
+        QVERIFY(relaunched.asBuiltAction().isChecked());
+        QVERIFY(relaunched.content().readsAsBuilt());
+        relaunched.asBuiltAction().trigger();
+        QVERIFY(!QSettings(QStringLiteral("Kelvane"), QStringLiteral("Kelvane"))
+                     .value(QStringLiteral("reading/asBuilt"))
+                     .toBool());
     }
 
     void rescanStartsTheSameProjectAfresh() {
