@@ -155,6 +155,12 @@ DoctorIssue builtIssue(std::string id, std::string title, std::string head,
                       .impact = std::move(impact)};
     for (const MergedFinding& merged : findings) {
         issue.severity = std::max(issue.severity, merged.finding.severity);
+        for (const std::string& configuration : merged.configurations) {
+            if (std::find(issue.configurations.begin(), issue.configurations.end(), configuration) ==
+                issue.configurations.end()) {
+                issue.configurations.push_back(configuration);
+            }
+        }
         issue.evidence.insert(issue.evidence.end(), merged.finding.evidence.begin(),
                               merged.finding.evidence.end());
         for (const TargetRef& target : merged.finding.targets) {

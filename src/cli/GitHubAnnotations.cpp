@@ -1,6 +1,7 @@
 #include "cli/GitHubAnnotations.h"
 
 #include "cli/Findings.h"
+#include "diagnostics/JoinLines.h"
 
 #include <string>
 #include <string_view>
@@ -56,7 +57,9 @@ void writeGitHubAnnotations(const FinishedScan& scan, const EvidenceFiles& files
         if (!issueFiles.empty()) {
             out << "file=" << escapedProperty(relativeToCurrentFolder(issueFiles.front())) << ',';
         }
-        out << "title=" << escapedProperty(issue.title + " (" + finding.checkID + ")")
+        const std::string configurations =
+            issue.configurations.empty() ? "" : " in " + join(issue.configurations, ", ");
+        out << "title=" << escapedProperty(issue.title + " (" + finding.checkID + ")" + configurations)
             << "::" << escapedData(issue.description + "\n\nImpact: " + issue.impact) << '\n';
     }
 }

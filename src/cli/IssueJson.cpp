@@ -181,6 +181,9 @@ Json toJson(const DoctorIssue& issue) {
     json["evidence"] = arrayOf(issue.evidence);
     json["affectedTargets"] = arrayOf(issue.affectedTargets);
     json["fix"] = issue.fix ? toJson(*issue.fix) : Json(nullptr);
+    if (!issue.configurations.empty()) {
+        json["configurations"] = issue.configurations;
+    }
     return json;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/JUnitReport.h"
 
+#include "diagnostics/JoinLines.h"
+
 #include <cstdio>
 #include <string>
 #include <string_view>
@@ -84,8 +86,10 @@ void writeTestCase(const CheckOutcome& check, std::string_view suite, std::ostre
         out << "/>\n";
     } else {
         const DoctorIssue& issue = *check.issue;
+        const std::string configurations =
+            issue.configurations.empty() ? "" : " (" + join(issue.configurations, ", ") + ")";
         out << ">\n      <failure type=\"" << rawValue(issue.severity) << "\" message=\""
-            << escaped(issue.title) << "\">" << escaped(issue.description, Where::content)
+            << escaped(issue.title + configurations) << "\">" << escaped(issue.description, Where::content)
             << "\n\nImpact: " << escaped(issue.impact, Where::content)
             << "</failure>\n    </testcase>\n";
     }

@@ -82,6 +82,9 @@ void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std:
         result["message"] = {{"text", message(*finding.issue)}};
         result["locations"] = locations(*finding.issue, files);
         result["properties"] = {{"issueId", finding.issue->id}};
+        if (!finding.issue->configurations.empty()) {
+            result["properties"]["configurations"] = finding.issue->configurations;
+        }
         results.push_back(std::move(result));
     }
 

@@ -2,6 +2,8 @@
 
 #include "cli/Findings.h"
 
+#include "diagnostics/JoinLines.h"
+
 #include <algorithm>
 #include <string>
 
@@ -15,6 +17,9 @@ void writeXcodeDiagnostics(const FinishedScan& scan, const EvidenceFiles& files,
         // Xcode reads one line per diagnostic, so the title must not break.
         std::string title = issue.title;
         std::replace(title.begin(), title.end(), '\n', ' ');
+        if (!issue.configurations.empty()) {
+            title += " (" + join(issue.configurations, ", ") + ")";
+        }
         out << (issueFiles.empty() ? scan.projectPath : issueFiles.front()) << ": "
             << rawValue(issue.severity) << ": " << title << '\n';
     }

@@ -25,6 +25,9 @@ struct DoctorIssue {
     std::vector<EvidenceItem> evidence{};
     std::vector<TargetRef> affectedTargets{};
     std::optional<DoctorFix> fix{};
+    // As built only: the configurations the findings hold in, in the
+    // project's order. Empty when the project was read literally.
+    std::vector<std::string> configurations{};
     friend bool operator==(const DoctorIssue&, const DoctorIssue&) = default;
 };
 

@@ -128,7 +128,7 @@ std::size_t hashValue(const TargetRef& target) noexcept {
 std::size_t hashValue(const DoctorIssue& issue) noexcept {
     return Hasher{}
         .fields(issue.id, issue.severity, issue.title, issue.description, issue.impact,
-                issue.evidence, issue.affectedTargets, issue.fix)
+                issue.evidence, issue.affectedTargets, issue.fix, issue.configurations)
         .value();
 }
 
