@@ -53,10 +53,10 @@ void ContentView::open(const std::string& path) {
 void ContentView::setReadAsBuilt(bool asBuilt) {
     asBuilt_ = asBuilt;
     if (!asBuilt) {
-        viewModel_.setProjectLoader({});
+        viewModel_.setReading(makeCheckRegistry(), {});
         return;
     }
-    viewModel_.setProjectLoader([](const std::string& projectPath) {
+    viewModel_.setReading(makeAsBuiltCheckRegistry(), [](const std::string& projectPath) {
         return loadAsBuiltForScan(projectPath, std::nullopt);
     });
 }

@@ -102,6 +102,11 @@ int exitStatus(const std::vector<DoctorIssue>& issues, FailOn failOn) {
     return failing ? kExitFindings : kExitClean;
 }
 
+// Read as built, a scan also runs the checks only that reading has.
+std::vector<AnyCheck> registryFor(const Reading& reading) {
+    return reading.asBuilt ? makeAsBuiltCheckRegistry() : makeCheckRegistry();
+}
+
 void keepSpinning(SleepingLoop& loop, LiveProgress& live) {
     loop.post(kSpinnerInterval, [&loop, &live] {
         if (live.scanning()) {
@@ -221,12 +226,12 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
         scan.pace = scan.live && !options->noPace;
         scan.style.color = useColor(colors.at(options->color), toTerminal, std::getenv("NO_COLOR"));
         if (options->output.empty()) {
-            io.exitStatus = runScan(options->path, scan, io.out, io.err);
+            io.exitStatus = runScan(options->path, scan, io.out, io.err, registryFor(scan.reading));
             return;
         }
         // The file is written only once there is a report for it.
         std::ostringstream report;
-        io.exitStatus = runScan(options->path, scan, report, io.err);
+        io.exitStatus = runScan(options->path, scan, report, io.err, registryFor(scan.reading));
         if (io.exitStatus == kExitNotLoaded) {
             return;
         }

@@ -274,6 +274,11 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
             record(facts, name, scope.evaluate(name));
         }
     }
+    // A name nothing assigns stands for every generated key nobody set here:
+    // unknown exactly when a missing file could set such keys.
+    if (const Resolved unassigned = scope.evaluate("INFOPLIST_KEY_"); unassigned.unknownReason) {
+        facts.generatedKeysUnknown = unassigned.unknownReason;
+    }
     const plist::Dictionary* attributes =
         project.targetAttributes ? plist::findDictionary(*project.targetAttributes, targetID) : nullptr;
     if (const plist::Dictionary* capabilities =

@@ -25,8 +25,8 @@ bool copiesIntoBundle(const plist::Dictionary& phase) {
     return true;
 }
 
-// The app a TEST_HOST or BUNDLE_LOADER path runs in: the name of the first
-// ".app" component ("…/Cirrus.app/Cirrus" gives "Cirrus").
+} // namespace
+
 std::string_view hostProductName(std::string_view hostPath) {
     const std::size_t app = hostPath.find(".app/");
     const std::size_t end = app != std::string_view::npos
@@ -45,8 +45,6 @@ std::string productName(const TargetContext& target) {
     const TracedValue* name = target.built->setting("PRODUCT_NAME");
     return name && !name->value.empty() ? name->value : target.name;
 }
-
-} // namespace
 
 void connectTargets(std::vector<TargetContext>& targets,
                     const std::vector<const plist::Dictionary*>& objects,

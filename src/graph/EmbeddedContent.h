@@ -3,6 +3,8 @@
 #include "model/TargetContext.h"
 #include "plist/Value.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace kelvane {
@@ -15,5 +17,14 @@ namespace kelvane {
 void connectTargets(std::vector<TargetContext>& targets,
                     const std::vector<const plist::Dictionary*>& objects,
                     const plist::Dictionary& objectTable);
+
+// The app a TEST_HOST or BUNDLE_LOADER path runs in: the name of its first
+// ".app" component ("…/Cirrus.app/Cirrus" gives "Cirrus"); empty when it
+// names no app.
+[[nodiscard]] std::string_view hostProductName(std::string_view hostPath);
+
+// The name of the product a target builds: its resolved PRODUCT_NAME, else
+// the target's name.
+[[nodiscard]] std::string productName(const TargetContext& target);
 
 } // namespace kelvane

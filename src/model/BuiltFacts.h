@@ -59,6 +59,10 @@ struct BuiltFacts {
     // The settings Kelvane resolved, by name, each with its origin.
     std::map<std::string, TracedValue, std::less<>> settings;
     std::vector<UnknownSetting> unknown;
+    // Set when a file the repository lacks could add INFOPLIST_KEY_ settings
+    // no one assigned here, so an absent generated key is not proof of
+    // absence: the reason why.
+    std::optional<std::string> generatedKeysUnknown;
     // The Info.plist and entitlements as the build writes them: references
     // expanded, generated keys merged. Absent when the target has none; the
     // error text when the file could not be read.

@@ -4,6 +4,10 @@
 #include "checks/BundleIdentifierCollisionCheck.h"
 #include "checks/CloudKitEntitlementCheck.h"
 #include "checks/DeploymentTargetMismatchCheck.h"
+#include "checks/EmbeddedBundleIdentifierCheck.h"
+#include "checks/EmbeddedVersionCheck.h"
+#include "checks/TestHostCheck.h"
+#include "checks/UsageDescriptionCheck.h"
 #include "checks/EntitlementWithoutCapabilityCheck.h"
 #include "checks/SigningConsistencyCheck.h"
 #include "checks/WatchCompanionMismatchCheck.h"
@@ -43,6 +47,13 @@ std::vector<AnyCheck> makeCheckRegistry() {
             {"com.apple.developer.ClassKit-environment", "ClassKit"},
         }},
     };
+}
+
+std::vector<AnyCheck> makeAsBuiltCheckRegistry() {
+    std::vector<AnyCheck> checks = makeCheckRegistry();
+    checks.insert(checks.end(), {EmbeddedVersionCheck{}, EmbeddedBundleIdentifierCheck{},
+                                 TestHostCheck{}, UsageDescriptionCheck{}});
+    return checks;
 }
 
 } // namespace kelvane

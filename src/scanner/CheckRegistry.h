@@ -10,4 +10,8 @@ namespace kelvane {
 // kCheckTitles (CheckTitles.h), which is deliberately not alphabetical.
 [[nodiscard]] std::vector<AnyCheck> makeCheckRegistry();
 
+// What a scan as built runs: the nine, then the checks only that reading
+// has, in the order of kAsBuiltCheckTitles.
+[[nodiscard]] std::vector<AnyCheck> makeAsBuiltCheckRegistry();
+
 } // namespace kelvane

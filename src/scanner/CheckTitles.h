@@ -26,9 +26,23 @@ inline constexpr std::array<CheckTitle, 9> kCheckTitles{{
     {"entitlement.without.capability", "Entitlement Without Capability"},
 }};
 
+// The checks only the as-built reading runs, after the nine, in run order:
+// what App Store validation and the build would refuse.
+inline constexpr std::array<CheckTitle, 4> kAsBuiltCheckTitles{{
+    {"embedded.version.mismatch", "Embedded Versions"},
+    {"embedded.bundle.identifier.duplicate", "Bundle IDs Inside an App"},
+    {"test.host.missing", "Test Hosts"},
+    {"usage.description.missing", "Purpose Strings"},
+}};
+
 // The title of a registered check; nothing for an unknown id.
 [[nodiscard]] constexpr std::optional<std::string_view> checkTitle(std::string_view id) noexcept {
     for (const CheckTitle& entry : kCheckTitles) {
+        if (entry.id == id) {
+            return entry.title;
+        }
+    }
+    for (const CheckTitle& entry : kAsBuiltCheckTitles) {
         if (entry.id == id) {
             return entry.title;
         }

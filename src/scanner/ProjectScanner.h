@@ -72,6 +72,8 @@ public:
     // How later scans read projects; an empty loader reads them literally.
     // A scan already running keeps the loader it started with.
     void setLoader(ProjectLoader loader);
+    // The checks later scans run, in their order.
+    void setChecks(std::vector<AnyCheck> checks) { checks_ = std::move(checks); }
 
     [[nodiscard]] const std::vector<AnyCheck>& checks() const noexcept { return checks_; }
     [[nodiscard]] std::chrono::milliseconds checkPause() const noexcept { return checkPause_; }

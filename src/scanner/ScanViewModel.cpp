@@ -26,20 +26,21 @@ void ScanViewModel::removeObserver(ObserverID id) {
     std::erase_if(observers_, [id](const auto& entry) { return entry.first == id; });
 }
 
-std::vector<CheckProgress> ScanViewModel::initialProgress() {
+std::vector<CheckProgress> ScanViewModel::initialProgress(const std::vector<AnyCheck>& checks) {
     std::vector<CheckProgress> rows;
-    rows.reserve(kCheckTitles.size());
-    for (const CheckTitle& entry : kCheckTitles) {
+    rows.reserve(checks.size());
+    for (const AnyCheck& check : checks) {
+        const std::string id = check.id();
         rows.push_back(
-            CheckProgress{.id = std::string(entry.id),
-                          .title = std::string(entry.title),
+            CheckProgress{.id = id,
+                          .title = std::string(checkTitle(id).value_or(id)),
                           .status = rows.empty() ? CheckStatus::running : CheckStatus::pending});
     }
     return rows;
 }
 
 void ScanViewModel::startScan(const std::string& projectURL) {
-    setState(ScanningState{.projectPath = projectURL, .checkProgress = initialProgress()});
+    setState(ScanningState{.projectPath = projectURL, .checkProgress = initialProgress(scanner_.checks())});
     // The scanner parses in a task of its own, so this is the moment the
     // scan starts on the loop's clock.
     const std::chrono::milliseconds start = loop_.now();

@@ -46,8 +46,12 @@ public:
 
     [[nodiscard]] const ScanState& state() const noexcept { return state_; }
     [[nodiscard]] const ProjectScanner& scanner() const noexcept { return scanner_; }
-    // How the next scans read projects (see ProjectScanner::setLoader).
-    void setProjectLoader(ProjectScanner::ProjectLoader loader) { scanner_.setLoader(std::move(loader)); }
+    // Scans from now on read projects with `loader` (empty: literally) and
+    // run `checks`; a scan already running finishes with what it had.
+    void setReading(std::vector<AnyCheck> checks, ProjectScanner::ProjectLoader loader) {
+        scanner_.setChecks(std::move(checks));
+        scanner_.setLoader(std::move(loader));
+    }
 
     ObserverID addObserver(Observer observer);
     void removeObserver(ObserverID id);
@@ -71,8 +75,10 @@ public:
     // an id no row has.
     void updateProgress(const std::string& checkID, const std::optional<DoctorIssue>& issue);
 
-    // Nine rows in registry order, the first running, the others pending.
-    [[nodiscard]] static std::vector<CheckProgress> initialProgress();
+    // One row per check of `checks`, in their order, the first running, the
+    // others pending; titles from the check title lists.
+    [[nodiscard]] static std::vector<CheckProgress>
+    initialProgress(const std::vector<AnyCheck>& checks = makeCheckRegistry());
 
 private:
     void finishScan(const std::string& projectPath, std::chrono::milliseconds start,
