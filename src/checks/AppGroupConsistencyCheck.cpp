@@ -1,5 +1,6 @@
 #include "checks/AppGroupConsistencyCheck.h"
 
+#include "checks/BuiltFindings.h"
 #include "checks/DoctorCheck.h"
 #include "checks/EntitlementsReader.h"
 #include "diagnostics/JoinLines.h"
@@ -63,6 +64,27 @@ constexpr std::string_view kFixInstructions[] = {
     "Ensure all targets that need to share data have the same app groups",
     "Verify group identifier format: group.<bundle-id-prefix>",
 };
+
+// As built, an extension shares data with the target that embeds it, on one
+// device, through any group the two have in common. A host with groups and
+// an extension without any is normal: most extensions share nothing.
+constexpr std::string_view kBuiltConsistentDescription =
+    "Every extension that declares app groups shares at least one of them with the app that "
+    "embeds it.";
+constexpr std::string_view kBuiltInconsistentTrail =
+    "\n\nAn extension and its app share data only through an app group both declare: with none "
+    "in common, whatever the extension writes to its group container the app never reads, and "
+    "the other way round. An extension may use a subset of its app's groups; extensions that "
+    "declare no groups are not listed.";
+constexpr std::string_view kBuiltDisjoint = " shares no app group with its host ";
+constexpr std::string_view kBuiltHostWithout = " declares app groups, but its host ";
+constexpr std::string_view kBuiltHostWithoutTrail = " declares none: ";
+constexpr std::string_view kBuiltGroupsOf = ": ";
+constexpr std::string_view kBuiltAgainst = " against ";
+// Where a file or value the build could not resolve leaves a target's
+// groups unknown.
+constexpr std::string_view kEntitlementsSetting = "CODE_SIGN_ENTITLEMENTS";
+constexpr std::string_view kUnknownEntitlementPrefix = "entitlements ";
 
 struct GroupUser {
     const TargetContext* target;
@@ -130,9 +152,105 @@ DoctorIssue inconsistentIssue(const std::vector<std::string>& lines,
                   std::string(kFixWarning)}};
 }
 
+// A target's resolved groups, ascending; nothing when they cannot be known
+// (the entitlements file or a group depends on what the repository lacks).
+std::optional<std::set<std::string>> builtGroups(const TargetContext& target,
+                                                 const std::string& key) {
+    const std::string unknownGroup = std::string(kUnknownEntitlementPrefix) + key;
+    for (const UnknownSetting& unknown : target.built->unknown) {
+        if (unknown.name == kEntitlementsSetting || unknown.name.starts_with(unknownGroup)) {
+            return std::nullopt;
+        }
+    }
+    std::set<std::string> groups;
+    const plist::Dictionary entitlements = readEntitlements(target);
+    if (const plist::Value* value = entitlements.find(key)) {
+        if (auto listed = identifierList(*value)) {
+            groups.insert(listed->begin(), listed->end());
+        }
+    }
+    return groups;
+}
+
+std::string listed(const std::set<std::string>& groups) {
+    return join(std::vector<std::string>(groups.begin(), groups.end()), ", ");
+}
+
+std::vector<BuiltFinding> builtFindings(const ProjectContext& context, const std::string& key) {
+    std::vector<BuiltFinding> findings;
+    for (const TargetContext& extension : context.targets) {
+        const TargetContext* host = hostOf(context, extension);
+        // App groups live on one device: a watch app shares none with its
+        // phone. A WatchKit extension is the code of its watch app, whose
+        // bundle runs none, so it has no one there to share with.
+        if (extension.built->role != TargetRole::embedded || host == nullptr ||
+            host->built->platform != extension.built->platform ||
+            extension.type == TargetType::watchExtension) {
+            continue;
+        }
+        const auto own = builtGroups(extension, key);
+        if (!own || own->empty()) {
+            continue;
+        }
+        const auto hosts = builtGroups(*host, key);
+        if (!hosts) {
+            continue;
+        }
+        std::vector<std::string> shared;
+        std::set_intersection(own->begin(), own->end(), hosts->begin(), hosts->end(),
+                              std::back_inserter(shared));
+        if (!shared.empty()) {
+            continue;
+        }
+        const std::string line =
+            hosts->empty()
+                ? extension.name + std::string(kBuiltHostWithout) + host->name +
+                      std::string(kBuiltHostWithoutTrail) + listed(*own)
+                : extension.name + std::string(kBuiltDisjoint) + host->name +
+                      std::string(kBuiltGroupsOf) + listed(*own) + std::string(kBuiltAgainst) +
+                      listed(*hosts);
+        std::vector<EvidenceItem> evidence;
+        if (!hosts->empty()) {
+            evidence.push_back(builtEntitlementEvidence(*host, key, listed(*hosts)));
+        }
+        evidence.push_back(builtEntitlementEvidence(
+            extension, key, listed(*own),
+            hosts->empty() ? std::nullopt : std::optional<std::string>(listed(*hosts))));
+        findings.push_back(BuiltFinding{
+            .key = line,
+            .line = line,
+            .severity = Severity::warning,
+            .evidence = std::move(evidence),
+            .targets = {makeTargetRef(*host), makeTargetRef(extension)},
+            .steps = {}});
+    }
+    return findings;
+}
+
+std::optional<DoctorIssue> runAsBuilt(const ProjectContext& context, const std::string& key) {
+    const std::vector<MergedFinding> findings = findAcrossConfigurations(
+        context, [&](const ProjectContext& configuration) { return builtFindings(configuration, key); });
+    if (findings.empty()) {
+        return successIssue(kConsistentTitle, kBuiltConsistentDescription, kConsistentImpact, {});
+    }
+    std::string head(kInconsistentLead);
+    return builtIssue(std::string(kCheckID), std::string(kInconsistentTitle), std::move(head),
+                      findings, std::string(kBuiltInconsistentTrail),
+                      std::string(kInconsistentImpact),
+                      DoctorFix{.summary = std::string(kFixSummary),
+                                .safety = FixSafety::manualOnly,
+                                .steps = {FixStep{std::string(kFixStep),
+                                                  ManualInstruction{{std::begin(kFixInstructions),
+                                                                     std::end(kFixInstructions)}}}},
+                                .warningMessage = std::string(kFixWarning)});
+}
+
 } // namespace
 
 std::optional<DoctorIssue> AppGroupConsistencyCheck::run(const ProjectContext& context) const {
+    if (isAsBuilt(context)) {
+        return runAsBuilt(context, appGroupKey);
+    }
     const std::vector<GroupUser> users = collectGroupUsers(context, appGroupKey);
     if (users.empty()) {
         return successIssue(kNoGroupsTitle, kNoGroupsDescription, kNoGroupsImpact, {});

@@ -1,5 +1,6 @@
 #include "checks/DeploymentTargetMismatchCheck.h"
 
+#include "checks/BuiltFindings.h"
 #include "checks/CheckSupport.h"
 #include "diagnostics/JoinLines.h"
 
@@ -62,6 +63,26 @@ constexpr const char* kDifferentImpact =
 // setting, whatever the target's platform.
 constexpr const char* kEvidenceKey = "DEPLOYMENT_TARGET";
 constexpr const char* kFixSetting = "IPHONEOS_DEPLOYMENT_TARGET";
+
+// As built, content is compared with the app that embeds it, on one
+// platform: only content that needs a newer OS than its host loses users.
+constexpr const char* kBuiltCompatibleDescription =
+    "No extension, widget or other embedded content needs a newer OS than the app that embeds "
+    "it.";
+constexpr const char* kBuiltMismatchTail =
+    "\n\nThe app installs on every system its own deployment target allows, but the system "
+    "leaves out content that needs a newer one: on the versions in between, the extension, "
+    "widget or App Clip does not appear. Content with a lower deployment target than its host "
+    "is harmless and not listed.";
+constexpr const char* kBuiltMismatchImpact =
+    "Users on the older systems the app supports do not get the content that needs a newer one, "
+    "with no message telling them why.";
+constexpr const char* kBuiltNeeds = " needs ";
+constexpr const char* kBuiltHostNeeds = ", but its host ";
+constexpr const char* kBuiltHostTrail = " runs on ";
+constexpr const char* kBuiltFixStep = " deployment target to ";
+// Each platform's setting ends so; a target records only its own platform's.
+constexpr std::string_view kDeploymentSettingSuffix = "_DEPLOYMENT_TARGET";
 
 struct Configured {
     const TargetContext* target;
@@ -134,6 +155,74 @@ DoctorIssue agreementIssue(const std::vector<Configured>& configured) {
                  kDifferentImpact, std::move(affected));
 }
 
+// Versions as the system compares them: missing pieces count as zero, so
+// "16" and "16.0" are one version.
+bool needsNewerThan(std::string_view content, std::string_view host) {
+    std::vector<std::int64_t> left = versionNumbers(content);
+    std::vector<std::int64_t> right = versionNumbers(host);
+    if (left.empty() || right.empty()) {
+        return false;
+    }
+    const std::size_t length = std::max(left.size(), right.size());
+    left.resize(length, 0);
+    right.resize(length, 0);
+    return right < left;
+}
+
+// The deployment target setting a target's own platform reads.
+std::string_view ownDeploymentSetting(const BuiltFacts& facts) {
+    for (const auto& [name, value] : facts.settings) {
+        if (std::string_view(name).ends_with(kDeploymentSettingSuffix)) {
+            return name;
+        }
+    }
+    return kEvidenceKey;
+}
+
+std::vector<BuiltFinding> builtMismatches(const ProjectContext& context) {
+    std::vector<BuiltFinding> findings;
+    for (const TargetContext& content : context.targets) {
+        const TargetContext* host = hostOf(context, content);
+        // Frameworks are left to the linker, which warns about them itself.
+        if (content.built->role != TargetRole::embedded || host == nullptr ||
+            content.type == TargetType::framework || content.type == TargetType::staticLibrary ||
+            host->built->platform != content.built->platform || !content.deploymentTarget ||
+            !host->deploymentTarget ||
+            !needsNewerThan(*content.deploymentTarget, *host->deploymentTarget)) {
+            continue;
+        }
+        const std::string platform(platformName(content.built->platform));
+        const std::string line = content.name + kBuiltNeeds + platform + " " +
+                                 *content.deploymentTarget + kBuiltHostNeeds + host->name +
+                                 kBuiltHostTrail + platform + " " + *host->deploymentTarget;
+        const std::string setting(ownDeploymentSetting(*content.built));
+        findings.push_back(BuiltFinding{
+            .key = line,
+            .line = line,
+            .severity = Severity::warning,
+            .evidence = {builtSettingEvidence(*host, ownDeploymentSetting(*host->built)),
+                         builtSettingEvidence(content, setting, *host->deploymentTarget)},
+            .targets = {makeTargetRef(*host), makeTargetRef(content)},
+            .steps = {setBuildSettingStep("Set " + content.name + kBuiltFixStep +
+                                              *host->deploymentTarget,
+                                          content.name, setting, *host->deploymentTarget)}});
+    }
+    return findings;
+}
+
+std::optional<DoctorIssue> runAsBuilt(const ProjectContext& context) {
+    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtMismatches);
+    if (findings.empty()) {
+        return issue(Severity::success, kCompatibleTitle, kBuiltCompatibleDescription,
+                     kCompatibleImpact);
+    }
+    return builtIssue(kCheckID, kMismatchTitle, kMismatchDescriptionHead, findings,
+                      kBuiltMismatchTail, kBuiltMismatchImpact,
+                      DoctorFix{.summary = kFixSummary,
+                                .safety = FixSafety::requiresConfirmation,
+                                .warningMessage = kFixWarning});
+}
+
 } // namespace
 
 std::string DeploymentTargetMismatchCheck::id() const {
@@ -153,6 +242,9 @@ bool DeploymentTargetMismatchCheck::isLowerVersion(std::string_view a, std::stri
 }
 
 std::optional<DoctorIssue> DeploymentTargetMismatchCheck::run(const ProjectContext& context) const {
+    if (isAsBuilt(context)) {
+        return runAsBuilt(context);
+    }
     std::vector<Configured> configured;
     for (const auto& target : context.targets) {
         if (target.deploymentTarget) {

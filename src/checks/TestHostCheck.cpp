@@ -34,7 +34,8 @@ constexpr const char* kFixWarning =
 constexpr std::array kHostSettings{"TEST_HOST", "BUNDLE_LOADER"};
 
 bool isApplication(const TargetContext& target) {
-    return target.built && target.built->productType.find("application") != std::string::npos;
+    return target.built && (target.type == TargetType::application || target.type == TargetType::appClip ||
+                            target.built->productType.find("application") != std::string::npos);
 }
 
 std::vector<BuiltFinding> builtFindings(const ProjectContext& context) {

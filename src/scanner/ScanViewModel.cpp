@@ -27,13 +27,21 @@ void ScanViewModel::removeObserver(ObserverID id) {
 }
 
 std::vector<CheckProgress> ScanViewModel::initialProgress(const std::vector<AnyCheck>& checks) {
+    // The nine rows always show, in their order, whatever the registry; the
+    // as-built checks add theirs after them when the registry has them.
+    std::vector<CheckTitle> shown(kCheckTitles.begin(), kCheckTitles.end());
+    for (const CheckTitle& extra : kAsBuiltCheckTitles) {
+        if (std::any_of(checks.begin(), checks.end(),
+                        [&](const AnyCheck& check) { return check.id() == extra.id; })) {
+            shown.push_back(extra);
+        }
+    }
     std::vector<CheckProgress> rows;
-    rows.reserve(checks.size());
-    for (const AnyCheck& check : checks) {
-        const std::string id = check.id();
+    rows.reserve(shown.size());
+    for (const CheckTitle& entry : shown) {
         rows.push_back(
-            CheckProgress{.id = id,
-                          .title = std::string(checkTitle(id).value_or(id)),
+            CheckProgress{.id = std::string(entry.id),
+                          .title = std::string(entry.title),
                           .status = rows.empty() ? CheckStatus::running : CheckStatus::pending});
     }
     return rows;

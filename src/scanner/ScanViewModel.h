@@ -75,8 +75,8 @@ public:
     // an id no row has.
     void updateProgress(const std::string& checkID, const std::optional<DoctorIssue>& issue);
 
-    // One row per check of `checks`, in their order, the first running, the
-    // others pending; titles from the check title lists.
+    // The nine rows in their order, then a row for each as-built check
+    // `checks` holds; the first running, the others pending.
     [[nodiscard]] static std::vector<CheckProgress>
     initialProgress(const std::vector<AnyCheck>& checks = makeCheckRegistry());
 

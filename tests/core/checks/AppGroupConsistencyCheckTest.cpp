@@ -1,5 +1,6 @@
 #include "checks/AppGroupConsistencyCheck.h"
 
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 #include "PlistFixtures.h"
 #include "TempDir.h"
@@ -176,6 +177,77 @@ TEST_F(AppGroupConsistencyCheckTest, TruncatedEntitlementsFailTheCheck) {
         project({app, withEntitlements(Target("Widget", widgetExtension),
                                        dir.write("Truncated.entitlements", truncated))});
     EXPECT_THROW((void)check.run(broken), plist::ParseError);
+}
+
+TEST(AppGroupConsistencyAsBuilt, ExtensionsShareAGroupWithTheirHost) {
+    using test::BuiltTarget;
+    using test::builtProject;
+    // The groups as the build writes them, `$(…)` already expanded.
+    const auto groups = [](std::vector<std::string> names) {
+        plist::Array items(names.begin(), names.end());
+        return plist::Dictionary({{kKey, plist::Value(std::move(items))}});
+    };
+    const auto app = [&](std::vector<std::string> names) {
+        BuiltTarget target = BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+                                 .mainApp().embeds({"Widget", "Watch"});
+        return names.empty() ? target : target.entitlements(groups(std::move(names)));
+    };
+    const auto widget = [&](std::vector<std::string> names) {
+        BuiltTarget target =
+            BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded).host("App");
+        return names.empty() ? target : target.entitlements(groups(std::move(names)));
+    };
+    const TargetContext watchOwnGroup =
+        BuiltTarget("Watch", watchApp, Platform::watchOS, TargetRole::embedded)
+            .host("App").entitlements(groups({"group.watch"}));
+    const TargetContext watchStub =
+        BuiltTarget("Watch", watchApp, Platform::watchOS, TargetRole::embedded).host("App");
+    const TargetContext watchKitExtension =
+        BuiltTarget("Watch Extension", watchExtension, Platform::watchOS, TargetRole::embedded)
+            .host("Watch").entitlements(groups({"group.watch"}));
+
+    struct Case {
+        const char* name;
+        ProjectContext project;
+        Severity severity;
+        std::string line;
+    };
+    const std::vector<Case> cases{
+        {"a subset of the app's groups is shared data",
+         builtProject({app({"group.a", "group.b"}), widget({"group.b"})}), Severity::success,
+         "shares at least one of them"},
+        {"an extension without groups is normal", builtProject({app({"group.a"}), widget({})}),
+         Severity::success, "shares at least one of them"},
+        {"expanded names that come out equal are one group",
+         builtProject({app({"group.com.a.app"}), widget({"group.com.a.app"})}), Severity::success,
+         "shares at least one of them"},
+        {"a watch app shares no container with the phone", builtProject({app({"group.a"}), watchOwnGroup}),
+         Severity::success, "shares at least one of them"},
+        {"a WatchKit extension is its watch app's code",
+         builtProject({app({}), watchStub, watchKitExtension}), Severity::success,
+         "shares at least one of them"},
+        {"disjoint groups share nothing",
+         builtProject({app({"group.a"}), widget({"group.b", "group.c"})}), Severity::warning,
+         "• Widget shares no app group with its host App: group.b, group.c against group.a "
+         "(Debug, Release)"},
+        {"groups on the extension only", builtProject({app({}), widget({"group.b"})}),
+         Severity::warning,
+         "• Widget declares app groups, but its host App declares none: group.b (Debug, Release)"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::optional<DoctorIssue> issue = AppGroupConsistencyCheck{kKey}.run(c.project);
+        ASSERT_TRUE(issue.has_value());
+        EXPECT_EQ(issue->severity, c.severity);
+        EXPECT_NE(issue->description.find(c.line), std::string::npos) << issue->description;
+    }
+    // A host whose entitlements file depends on what the repository lacks is
+    // not taken for a host without groups.
+    const TargetContext unknownHost =
+        BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp().unknown("CODE_SIGN_ENTITLEMENTS", "Secrets.xcconfig is missing");
+    EXPECT_EQ(AppGroupConsistencyCheck{kKey}.run(builtProject({unknownHost, widget({"group.b"})}))->severity,
+              Severity::success);
 }
 
 } // namespace

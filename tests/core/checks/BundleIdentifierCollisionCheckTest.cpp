@@ -1,5 +1,6 @@
 #include "checks/BundleIdentifierCollisionCheck.h"
 
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 
 #include <gtest/gtest.h>
@@ -126,6 +127,85 @@ TEST(BundleIdentifierCollisionCheck, Outcomes) {
                        {{"App", application, "com.x"}, {"App", appExtension, "com.x"}},
                        {renameStep("App", "com.x.app")})},
         });
+}
+
+TEST(BundleIdentifierCollisionAsBuilt, ComparesBundlesThatInstallTogether) {
+    using test::BuiltTarget;
+    using test::builtConfiguration;
+    using test::builtProject;
+    const auto app = [](std::string id) {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp().embeds({"Widget", "Kit", "Watch"}).bundleID(std::move(id));
+    };
+    const auto widget = [](std::string id) {
+        return BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App").bundleID(std::move(id));
+    };
+    const auto tests = [](std::string name, std::string id) {
+        return BuiltTarget(std::move(name), unitTestBundle, Platform::iOS, TargetRole::testBundle)
+            .host("App").bundleID(std::move(id));
+    };
+    const TargetContext ownWidget = widget("com.a.app.widget");
+    const TargetContext variant =
+        BuiltTarget("App Enterprise", application, Platform::iOS, TargetRole::app).bundleID("com.a.app");
+    const TargetContext macApp =
+        BuiltTarget("Mac", application, Platform::macOS, TargetRole::app).mainApp().bundleID("com.a.app");
+    const TargetContext watch = BuiltTarget("Watch", watchApp, Platform::watchOS, TargetRole::embedded)
+                                       .host("App").bundleID("com.a.app");
+    const TargetContext kit =
+        BuiltTarget("Kit", framework, Platform::iOS, TargetRole::embedded).host("App").bundleID("com.a.app");
+    const TargetContext unknownWidget = BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+                                            .host("App").unknown("PRODUCT_BUNDLE_IDENTIFIER", "Secrets.xcconfig is missing");
+
+    struct Case {
+        const char* name;
+        ProjectContext project;
+        Severity severity;
+        std::string line;
+    };
+    const std::vector<Case> cases{
+        {"one id on iOS and macOS apps, and on a watch app inside, is no collision",
+         builtProject({app("com.a.app"), ownWidget, macApp, watch}), Severity::success,
+         "No app shares its bundle identifier"},
+        {"a build variant may ship under the app's id",
+         builtProject({app("com.a.app"), ownWidget, variant}), Severity::success,
+         "No app shares its bundle identifier"},
+        {"a framework inside the app is no installed bundle",
+         builtProject({app("com.a.app"), ownWidget, kit}), Severity::success,
+         "No app shares its bundle identifier"},
+        {"an id that cannot be known is not compared",
+         builtProject({app("com.a.app"), unknownWidget}), Severity::success,
+         "No app shares its bundle identifier"},
+        {"a widget with its app's id collides, a variant sharing it does not",
+         builtProject({app("com.a.app"), widget("com.a.app"), variant}), Severity::error,
+         "• Bundle ID 'com.a.app' used by: App, Widget (Debug, Release)"},
+        {"two test bundles collide",
+         builtProject({app("com.a.app"), ownWidget, tests("UnitTests", "com.a.tests"),
+                       tests("UITests", "com.a.tests")}),
+         Severity::error, "• Bundle ID 'com.a.tests' used by: UnitTests, UITests (Debug, Release)"},
+        {"a test bundle collides with any bundle of its platform",
+         builtProject({app("com.a.app"), ownWidget, variant, tests("AppTests", "com.a.app")}),
+         Severity::error, "• Bundle ID 'com.a.app' used by: App, App Enterprise, AppTests"},
+        {"a collision only Release has names Release",
+         builtProject({builtConfiguration("Debug", {app("com.a.app"), ownWidget}),
+                       builtConfiguration("Release", {app("com.a.app"), widget("com.a.app")})}),
+         Severity::error, "used by: App, Widget (Release)"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::optional<DoctorIssue> issue = BundleIdentifierCollisionCheck{}.run(c.project);
+        ASSERT_TRUE(issue.has_value());
+        EXPECT_EQ(issue->severity, c.severity);
+        EXPECT_NE(issue->description.find(c.line), std::string::npos) << issue->description;
+    }
+    // The app keeps its id; what it embeds gets a new one.
+    const auto issue =
+        BundleIdentifierCollisionCheck{}.run(builtProject({app("com.a.app"), widget("com.a.app")}));
+    EXPECT_EQ(issue->fix->steps,
+              std::vector<FixStep>{renameStep("Widget", "com.a.app.widget")});
+    ASSERT_EQ(issue->evidence.size(), 2u);
+    EXPECT_EQ(issue->evidence[1].source,
+              EvidenceSource(BuildSettingSource{"Widget", "Debug, Release"}));
 }
 
 } // namespace

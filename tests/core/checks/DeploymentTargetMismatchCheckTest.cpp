@@ -1,5 +1,6 @@
 #include "checks/DeploymentTargetMismatchCheck.h"
 
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 
 #include <gtest/gtest.h>
@@ -183,6 +184,59 @@ TEST(DeploymentTargetMismatchCheck, Outcomes) {
                                              {"B", watchApp, std::nullopt},
                                              {"C", framework, std::nullopt}}}},
         });
+}
+
+TEST(DeploymentTargetMismatchAsBuilt, ContentNeedingANewerOSThanItsHost) {
+    using test::BuiltTarget;
+    using test::builtProject;
+    const auto app = [](std::string version) {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp().embeds({"Widget", "Watch"}).deploymentTarget(std::move(version));
+    };
+    const auto widget = [](std::string version) {
+        return BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App").deploymentTarget(std::move(version));
+    };
+    const TargetContext watch = BuiltTarget("Watch", watchApp, Platform::watchOS, TargetRole::embedded)
+                                    .host("App").deploymentTarget("10.0");
+    const TargetContext unknownWidget =
+        BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App").unknown("IPHONEOS_DEPLOYMENT_TARGET", "Shared.xcconfig is missing");
+
+    struct Case {
+        const char* name;
+        ProjectContext project;
+        Severity severity;
+        std::string line;
+    };
+    const std::vector<Case> cases{
+        {"a lower widget is harmless", builtProject({app("17.4"), widget("16")}), Severity::success,
+         "No extension, widget or other embedded content needs a newer OS"},
+        {"equal by number, written differently", builtProject({app("17"), widget("17.0")}),
+         Severity::success, "needs a newer OS"},
+        {"a watch app is not measured against iOS", builtProject({app("17.0"), watch}),
+         Severity::success, "needs a newer OS"},
+        {"an unknown version is not compared", builtProject({app("16.0"), unknownWidget}),
+         Severity::success, "needs a newer OS"},
+        {"a higher widget is named with both versions", builtProject({app("17.0"), widget("17.4")}),
+         Severity::warning,
+         "• Widget needs iOS 17.4, but its host App runs on iOS 17.0 (Debug, Release)"},
+        {"components compare as numbers", builtProject({app("9.3"), widget("16")}),
+         Severity::warning, "Widget needs iOS 16, but its host App runs on iOS 9.3"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::optional<DoctorIssue> issue = DeploymentTargetMismatchCheck{}.run(c.project);
+        ASSERT_TRUE(issue.has_value());
+        EXPECT_EQ(issue->severity, c.severity);
+        EXPECT_NE(issue->description.find(c.line), std::string::npos) << issue->description;
+    }
+    // The fix lowers the widget's own platform setting to the app's version.
+    const auto issue = DeploymentTargetMismatchCheck{}.run(builtProject({app("16.0"), widget("17.0")}));
+    ASSERT_EQ(issue->fix->steps.size(), 1u);
+    EXPECT_EQ(issue->fix->steps[0].action,
+              FixAction(SetBuildSetting{"Widget", "All Configurations", "IPHONEOS_DEPLOYMENT_TARGET",
+                                        "16.0"}));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "checks/EntitlementWithoutCapabilityCheck.h"
 
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 #include "PlistFixtures.h"
 #include "TempDir.h"
@@ -205,6 +206,62 @@ TEST_F(EntitlementWithoutCapabilityCheckTest, TruncatedEntitlementsFailTheCheck)
     EXPECT_THROW((void)check.run(project({withEntitlements(
                      Target("App", application), dir.write("Truncated.entitlements", truncated))})),
                  plist::ParseError);
+}
+
+TEST(EntitlementWithoutCapabilityAsBuilt, RemindsOnlyWhereTheProjectRecordsACapabilityOff) {
+    using test::BuiltTarget;
+    using test::builtProject;
+    const EntitlementWithoutCapabilityCheck check{{{kPush, "Push Notifications"}, {kServices, "iCloud"}}};
+    const auto entitlements = [](std::string key) {
+        return plist::Dictionary({{std::move(key), plist::Value(std::string("development"))}});
+    };
+    const auto app = [&](std::string key) {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app).mainApp().entitlements(
+            entitlements(std::move(key)));
+    };
+
+    struct Case {
+        const char* name;
+        TargetContext target;
+        Severity severity;
+        std::string line;
+    };
+    const std::vector<Case> cases{
+        {"no record at all: the entitlements file is the capability", app(kPush), Severity::success,
+         ""},
+        {"recorded on", app(kPush).capability("com.apple.Push", true), Severity::success, ""},
+        {"recorded off, but no entitlement of it", app(kServices).capability("com.apple.Push", false),
+         Severity::success, ""},
+        {"recorded off beside its entitlement", app(kPush).capability("com.apple.Push", false),
+         Severity::warning,
+         "• App has 'aps-environment' entitlement, but its capability 'Push Notifications' "
+         "(com.apple.Push) is recorded as off (Debug, Release)"},
+        {"a capability known by the name the check's table gives it",
+         app(kServices).capability("com.apple.iCloud", false), Severity::warning,
+         "'com.apple.developer.icloud-services' entitlement, but its capability 'iCloud'"},
+        {"a platform suffix names the same capability; keys beyond the table count",
+         app("com.apple.security.application-groups").capability("com.apple.ApplicationGroups.iOS", false),
+         Severity::warning, "capability 'App Groups' (com.apple.ApplicationGroups.iOS) is recorded as off"},
+        {"a record of another platform that is on wins, whatever the suffix's case",
+         app(kPush).capability("com.apple.Push", false).capability("com.apple.Push.watchos", true),
+         Severity::success, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        const std::optional<DoctorIssue> issue = check.run(builtProject({c.target}));
+        ASSERT_TRUE(issue.has_value());
+        if (c.severity == Severity::success) {
+            EXPECT_EQ(issue, check.run(project({})));
+            continue;
+        }
+        EXPECT_EQ(issue->severity, c.severity);
+        EXPECT_NE(issue->description.find(c.line), std::string::npos) << issue->description;
+    }
+    // Evidence points at the record in the project file and at the entitlement.
+    const auto issue = check.run(builtProject({app(kPush).capability("com.apple.Push", false)}));
+    ASSERT_EQ(issue->evidence.size(), 2u);
+    EXPECT_EQ(issue->evidence[0].source, EvidenceSource(CapabilitySource{"App", "com.apple.Push"}));
+    EXPECT_EQ(issue->evidence[1].source, EvidenceSource(EntitlementsSource{"App", "App.entitlements"}));
 }
 
 } // namespace
