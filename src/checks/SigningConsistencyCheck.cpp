@@ -63,7 +63,7 @@ constexpr const char* kBuiltInconsistentHead =
 constexpr const char* kBuiltInconsistentTail =
     "\n\nAn app extension, widget, watch app or App Clip must be signed by the team that signs the "
     "app embedding it, and a hosted test bundle by its host's team; App Store validation and "
-    "device installs refuse anything else. Mixed signing styles within one product make "
+    "device installs refuse anything else. Mixed signing styles within one app make "
     "provisioning depend on which target a developer builds.";
 constexpr const char* kBuiltTeams = " are signed by different teams: ";
 constexpr const char* kBuiltStyles = " use different signing styles: ";
@@ -171,15 +171,20 @@ std::optional<BuiltFinding> disagreement(const std::string& subject,
 
 std::vector<BuiltFinding> builtFindings(const ProjectContext& context) {
     std::vector<BuiltFinding> findings;
+    // A test bundle must share its host's team, but is provisioned on its
+    // own: its signing style may differ.
     const auto compare = [&](const std::string& subject,
-                             const std::vector<const TargetContext*>& together) {
+                             const std::vector<const TargetContext*>& together, bool styles) {
         if (auto teams = disagreement(subject, together, &TargetContext::developmentTeam,
                                       kTeamSetting, kBuiltTeams)) {
             findings.push_back(std::move(*teams));
         }
-        if (auto styles = disagreement(subject, together, &TargetContext::codeSignStyle,
-                                       kStyleSetting, kBuiltStyles)) {
-            findings.push_back(std::move(*styles));
+        if (!styles) {
+            return;
+        }
+        if (auto different = disagreement(subject, together, &TargetContext::codeSignStyle,
+                                          kStyleSetting, kBuiltStyles)) {
+            findings.push_back(std::move(*different));
         }
     };
     for (const ShippingUnit& unit : shippingUnits(context)) {
@@ -188,12 +193,12 @@ std::vector<BuiltFinding> builtFindings(const ProjectContext& context) {
         }
         std::vector<const TargetContext*> together{unit.app};
         together.insert(together.end(), unit.content.begin(), unit.content.end());
-        compare(unit.app->name + " and the content it embeds", together);
+        compare(unit.app->name + " and the content it embeds", together, true);
     }
     for (const TargetContext& target : context.targets) {
         const TargetContext* host = hostOf(context, target);
         if (target.built->role == TargetRole::testBundle && host != nullptr) {
-            compare(target.name + " and its host " + host->name, {host, &target});
+            compare(target.name + " and its host " + host->name, {host, &target}, false);
         }
     }
     return findings;
