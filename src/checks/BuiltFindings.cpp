@@ -178,6 +178,24 @@ DoctorIssue builtIssue(std::string id, std::string title, std::string head,
     return issue;
 }
 
+std::optional<DoctorIssue> runAsBuiltOnly(
+    const ProjectContext& context, const BuiltCheckTexts& texts,
+    const std::function<std::vector<BuiltFinding>(const ProjectContext&)>& find) {
+    if (!isAsBuilt(context)) {
+        return std::nullopt;
+    }
+    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, find);
+    if (findings.empty()) {
+        return DoctorIssue{.id = texts.id,
+                           .severity = Severity::success,
+                           .title = texts.passTitle,
+                           .description = texts.passDescription,
+                           .impact = texts.passImpact};
+    }
+    return builtIssue(texts.id, texts.title, texts.head, findings, texts.tail, texts.impact,
+                      texts.fix);
+}
+
 const TargetContext* findTarget(const ProjectContext& context, std::string_view name) {
     for (const TargetContext& target : context.targets) {
         if (target.name == name) {

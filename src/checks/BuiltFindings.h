@@ -72,6 +72,26 @@ struct MergedFinding {
                                      const std::vector<MergedFinding>& findings, std::string tail,
                                      std::string impact, std::optional<DoctorFix> fix);
 
+// The texts of a check that only the as-built reading runs: its success,
+// and the issue its findings make.
+struct BuiltCheckTexts {
+    const char* id;
+    const char* passTitle;
+    const char* passDescription;
+    const char* passImpact;
+    const char* title;
+    const char* head;
+    const char* tail;
+    const char* impact;
+    DoctorFix fix;
+};
+
+// The outcome of such a check: nothing read literally, the success when
+// `find` finds nothing in any configuration, else the merged findings' issue.
+[[nodiscard]] std::optional<DoctorIssue> runAsBuiltOnly(
+    const ProjectContext& context, const BuiltCheckTexts& texts,
+    const std::function<std::vector<BuiltFinding>(const ProjectContext&)>& find);
+
 // The target of that name, or nullptr.
 [[nodiscard]] const TargetContext* findTarget(const ProjectContext& context, std::string_view name);
 

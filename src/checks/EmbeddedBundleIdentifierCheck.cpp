@@ -68,21 +68,13 @@ std::string EmbeddedBundleIdentifierCheck::id() const {
 }
 
 std::optional<DoctorIssue> EmbeddedBundleIdentifierCheck::run(const ProjectContext& context) const {
-    if (!isAsBuilt(context)) {
-        return std::nullopt;
-    }
-    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtFindings);
-    if (findings.empty()) {
-        return DoctorIssue{.id = kCheckID,
-                           .severity = Severity::success,
-                           .title = kUniqueTitle,
-                           .description = kUniqueDescription,
-                           .impact = kUniqueImpact};
-    }
-    DoctorFix fix{.summary = kFixSummary, .safety = FixSafety::manualOnly, .warningMessage = {}};
-    fix.steps.push_back(FixStep{kFixStep, ManualInstruction{{kFixManual}}});
-    return builtIssue(kCheckID, kDuplicateTitle, kDuplicateHead, findings, kDuplicateTail,
-                      kDuplicateImpact, std::move(fix));
+    return runAsBuiltOnly(context,
+                          BuiltCheckTexts{kCheckID, kUniqueTitle, kUniqueDescription, kUniqueImpact, kDuplicateTitle, kDuplicateHead, kDuplicateTail, kDuplicateImpact,
+                                          DoctorFix{.summary = kFixSummary,
+                                .safety = FixSafety::manualOnly,
+                                .steps = {FixStep{kFixStep, ManualInstruction{{kFixManual}}}},
+                                .warningMessage = {}}},
+                          builtFindings);
 }
 
 } // namespace kelvane

@@ -121,22 +121,12 @@ std::string EmbeddedVersionCheck::id() const {
 }
 
 std::optional<DoctorIssue> EmbeddedVersionCheck::run(const ProjectContext& context) const {
-    if (!isAsBuilt(context)) {
-        return std::nullopt;
-    }
-    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtFindings);
-    if (findings.empty()) {
-        return DoctorIssue{.id = kCheckID,
-                           .severity = Severity::success,
-                           .title = kMatchTitle,
-                           .description = kMatchDescription,
-                           .impact = kMatchImpact};
-    }
-    return builtIssue(kCheckID, kMismatchTitle, kMismatchHead, findings, kMismatchTail,
-                      kMismatchImpact,
-                      DoctorFix{.summary = kFixSummary,
+    return runAsBuiltOnly(context,
+                          BuiltCheckTexts{kCheckID, kMatchTitle, kMatchDescription, kMatchImpact, kMismatchTitle, kMismatchHead, kMismatchTail, kMismatchImpact,
+                                          DoctorFix{.summary = kFixSummary,
                                 .safety = FixSafety::requiresConfirmation,
-                                .warningMessage = kFixWarning});
+                                .warningMessage = kFixWarning}},
+                          builtFindings);
 }
 
 } // namespace kelvane

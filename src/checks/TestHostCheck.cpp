@@ -104,22 +104,12 @@ std::string TestHostCheck::id() const {
 }
 
 std::optional<DoctorIssue> TestHostCheck::run(const ProjectContext& context) const {
-    if (!isAsBuilt(context)) {
-        return std::nullopt;
-    }
-    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtFindings);
-    if (findings.empty()) {
-        return DoctorIssue{.id = kCheckID,
-                           .severity = Severity::success,
-                           .title = kFoundTitle,
-                           .description = kFoundDescription,
-                           .impact = kFoundImpact};
-    }
-    return builtIssue(kCheckID, kMissingTitle, kMissingHead, findings, kMissingTail,
-                      kMissingImpact,
-                      DoctorFix{.summary = kFixSummary,
+    return runAsBuiltOnly(context,
+                          BuiltCheckTexts{kCheckID, kFoundTitle, kFoundDescription, kFoundImpact, kMissingTitle, kMissingHead, kMissingTail, kMissingImpact,
+                                          DoctorFix{.summary = kFixSummary,
                                 .safety = FixSafety::manualOnly,
-                                .warningMessage = kFixWarning});
+                                .warningMessage = kFixWarning}},
+                          builtFindings);
 }
 
 } // namespace kelvane

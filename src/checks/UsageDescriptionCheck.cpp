@@ -181,21 +181,11 @@ std::string UsageDescriptionCheck::id() const {
 }
 
 std::optional<DoctorIssue> UsageDescriptionCheck::run(const ProjectContext& context) const {
-    if (!isAsBuilt(context)) {
-        return std::nullopt;
-    }
-    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtFindings);
-    if (findings.empty()) {
-        return DoctorIssue{.id = kCheckID,
-                           .severity = Severity::success,
-                           .title = kPresentTitle,
-                           .description = kPresentDescription,
-                           .impact = kPresentImpact};
-    }
-    return builtIssue(kCheckID, kMissingTitle, kMissingHead, findings, kMissingTail,
-                      kMissingImpact,
-                      DoctorFix{.summary = kFixSummary, .safety = FixSafety::manualOnly,
-                                .warningMessage = {}});
+    return runAsBuiltOnly(context,
+                          BuiltCheckTexts{kCheckID, kPresentTitle, kPresentDescription, kPresentImpact, kMissingTitle, kMissingHead, kMissingTail, kMissingImpact,
+                                          DoctorFix{.summary = kFixSummary, .safety = FixSafety::manualOnly,
+                                .warningMessage = {}}},
+                          builtFindings);
 }
 
 } // namespace kelvane

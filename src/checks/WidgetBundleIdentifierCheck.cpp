@@ -1,5 +1,7 @@
 #include "checks/WidgetBundleIdentifierCheck.h"
 
+#include "checks/BuiltFindings.h"
+#include "checks/BuiltValues.h"
 #include "checks/CheckSupport.h"
 
 #include <vector>
@@ -50,10 +52,113 @@ constexpr const char* kIdenticalReason =
 constexpr const char* kNotUnderAppReason =
     "Bundle identifier does not start with app bundle identifier";
 
+// As built, every bundle Xcode embeds under an app's identifier is held to
+// its own host's: extensions, widgets, watch apps, a watch app's extension
+// and App Clips. The widget texts stay for projects where only widgets are
+// wrong.
+constexpr const char* kBuiltValidTitle = "Embedded Bundle Identifiers Valid";
+constexpr const char* kBuiltValidDescription =
+    "Every app extension, widget, watch app and App Clip has a bundle identifier that starts with "
+    "its host's identifier and a dot.";
+constexpr const char* kBuiltValidImpact = "Embedded content will build and install with its app.";
+constexpr const char* kBuiltInvalidTitle = "Embedded Bundle Identifier Not Prefixed";
+constexpr const char* kBuiltInvalidHead =
+    "Xcode embeds a bundle only when its identifier starts with its host's identifier followed by "
+    "a dot:\n";
+constexpr const char* kBuiltInvalidTail =
+    "\n\nThis holds for app extensions, widgets, watch apps (and a watch app's extension) and App "
+    "Clips; embedded frameworks are exempt.";
+constexpr const char* kBuiltInvalidImpact =
+    "The build fails when it validates the embedded bundle, and the app cannot be installed or "
+    "submitted until the identifiers are fixed.";
+constexpr const char* kBuiltFixSummary = "Update Embedded Bundle Identifiers";
+constexpr const char* kBuiltIsNotUnder = " is not under ";
+constexpr const char* kBuiltExpectedSuffix = ".<suffix>";
+
 struct InvalidWidget {
     const TargetContext* widget;
     const char* reason;
 };
+
+// What Xcode's embedding validation covers; libraries and login items are
+// embedded too but keep identifiers of their own.
+bool heldToHostPrefix(const TargetContext& target) {
+    switch (target.type) {
+    case TargetType::appExtension:
+    case TargetType::widgetExtension:
+    case TargetType::messagesExtension:
+    case TargetType::watchApp:
+    case TargetType::watchExtension:
+    case TargetType::appClip:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// "com.a.app" and "com.a.widget" give "com.a.app.widget": the identifier's
+// own last component keeps the name the developer chose.
+std::string prefixedIdentifier(const std::string& hostID, const std::string& id) {
+    const std::size_t dot = id.rfind('.');
+    return hostID + "." + (dot == std::string::npos ? id : id.substr(dot + 1));
+}
+
+std::vector<BuiltFinding> builtFindings(const ProjectContext& context, bool& onlyWidgets) {
+    std::vector<BuiltFinding> findings;
+    for (const TargetContext& target : context.targets) {
+        const TargetContext* host = hostOf(context, target);
+        if (target.built->role != TargetRole::embedded || !heldToHostPrefix(target) ||
+            host == nullptr || !target.bundleIdentifier || !host->bundleIdentifier) {
+            continue;
+        }
+        const std::string& id = *target.bundleIdentifier;
+        const std::string& hostID = *host->bundleIdentifier;
+        if (id.starts_with(hostID + ".")) {
+            continue;
+        }
+        onlyWidgets = onlyWidgets && target.type == TargetType::widgetExtension;
+        const std::string line =
+            target.name + " (" + id + ")" + kBuiltIsNotUnder + host->name + " (" + hostID + ")";
+        const std::string suggestion = prefixedIdentifier(hostID, id);
+        findings.push_back(BuiltFinding{
+            .key = line,
+            .line = line,
+            .severity = Severity::error,
+            .evidence = {bundleIdentifierEvidence(*host),
+                         bundleIdentifierEvidence(target, hostID + kBuiltExpectedSuffix)},
+            .targets = {makeTargetRef(target)},
+            .steps = {
+                setBuildSettingStep("Update " + target.name + " bundle identifier to " + suggestion,
+                                    target.name, kBundleIdentifierSetting, suggestion)}});
+    }
+    return findings;
+}
+
+std::optional<DoctorIssue> runAsBuilt(const ProjectContext& context) {
+    bool onlyWidgets = true;
+    std::vector<MergedFinding> findings =
+        findAcrossConfigurations(context, [&](const ProjectContext& configuration) {
+            return builtFindings(configuration, onlyWidgets);
+        });
+    scopeSettingSteps(findings, context);
+    if (findings.empty()) {
+        return DoctorIssue{.id = kCheckID,
+                           .severity = Severity::success,
+                           .title = kBuiltValidTitle,
+                           .description = kBuiltValidDescription,
+                           .impact = kBuiltValidImpact};
+    }
+    DoctorFix fix{.summary = onlyWidgets ? kFixSummary : kBuiltFixSummary,
+                  .safety = FixSafety::requiresConfirmation,
+                  .steps = {},
+                  .warningMessage = kFixWarning};
+    if (onlyWidgets) {
+        return builtIssue(kCheckID, kInvalidTitle, kBuiltInvalidHead, findings,
+                          kInvalidDescriptionTail, kInvalidImpact, std::move(fix));
+    }
+    return builtIssue(kCheckID, kBuiltInvalidTitle, kBuiltInvalidHead, findings, kBuiltInvalidTail,
+                      kBuiltInvalidImpact, std::move(fix));
+}
 
 } // namespace
 
@@ -62,6 +167,9 @@ std::string WidgetBundleIdentifierCheck::id() const {
 }
 
 std::optional<DoctorIssue> WidgetBundleIdentifierCheck::run(const ProjectContext& context) const {
+    if (isAsBuilt(context)) {
+        return runAsBuilt(context);
+    }
     const TargetContext* app = context.mainAppTarget();
     if (app == nullptr || !app->bundleIdentifier) {
         return std::nullopt;

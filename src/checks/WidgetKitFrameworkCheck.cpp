@@ -1,5 +1,7 @@
 #include "checks/WidgetKitFrameworkCheck.h"
 
+#include "checks/BuiltFindings.h"
+#include "checks/BuiltValues.h"
 #include "checks/CheckSupport.h"
 #include "diagnostics/JoinLines.h"
 
@@ -46,6 +48,20 @@ constexpr const char* kFixWarning = "This will add WidgetKit.framework to your p
 
 constexpr const char* kWidgetKit = "WidgetKit.framework";
 
+// As built, a widget that does not link WidgetKit still gets it through
+// module autolinking, Xcode's default: `import WidgetKit` in Swift, or
+// `@import`, records the framework in the object file. Only a widget with
+// autolinking turned off and no explicit link fails.
+constexpr const char* kAutolinkSetting = "CLANG_MODULES_AUTOLINK";
+constexpr const char* kBuiltLinkedDescription =
+    "Every widget extension links WidgetKit.framework, explicitly or through module autolinking.";
+constexpr const char* kBuiltMissingHead =
+    "Widget extensions must link WidgetKit.framework to function correctly.\n\n"
+    "Missing WidgetKit.framework, with module autolinking turned off, in:\n";
+constexpr const char* kBuiltAutolinkOff = " (CLANG_MODULES_AUTOLINK = ";
+constexpr const char* kBuiltAutolinkOffEnd = ")";
+constexpr const char* kAutolinkOn = "YES";
+
 // A plain, case-sensitive substring test, so a path around the name passes
 // ("System/Library/Frameworks/WidgetKit.framework") and so does
 // "MyWidgetKit.framework".
@@ -55,6 +71,62 @@ bool linksWidgetKit(const TargetContext& widget) {
         [](const std::string& entry) { return entry.find(kWidgetKit) != std::string::npos; });
 }
 
+std::vector<BuiltFinding> builtFindings(const ProjectContext& context) {
+    std::vector<BuiltFinding> findings;
+    for (const TargetContext& widget : context.targets) {
+        // Unset or unknown, autolinking is on.
+        const TracedValue* autolink = widget.built->setting(kAutolinkSetting);
+        if (widget.type != TargetType::widgetExtension || linksWidgetKit(widget) ||
+            autolink == nullptr || builtFlag(widget, kAutolinkSetting, true)) {
+            continue;
+        }
+        const std::string line =
+            widget.name + kBuiltAutolinkOff + autolink->value + kBuiltAutolinkOffEnd;
+        findings.push_back(BuiltFinding{
+            .key = line,
+            .line = line,
+            .severity = Severity::error,
+            .evidence = {EvidenceItem{FrameworkReferenceSource{widget.name}, kEvidenceKey,
+                                      widget.linkedFrameworks.empty()
+                                          ? kNoFrameworks
+                                          : join(widget.linkedFrameworks, ", "),
+                                      kWidgetKit},
+                         builtSettingEvidence(widget, kAutolinkSetting, kAutolinkOn)},
+            .targets = {makeTargetRef(widget)},
+            .steps = {FixStep{std::string("Add ") + kWidgetKit + " to '" + widget.name + "' target",
+                              AddFrameworkReference{widget.name, kWidgetKit}}}});
+    }
+    return findings;
+}
+
+std::optional<DoctorIssue> runAsBuilt(const ProjectContext& context) {
+    bool anyWidget = false;
+    for (const ProjectContext* configuration : checkedConfigurations(context)) {
+        anyWidget = anyWidget || !configuration->targetsOfType(TargetType::widgetExtension).empty();
+    }
+    if (!anyWidget) {
+        return DoctorIssue{.id = kCheckID,
+                           .severity = Severity::success,
+                           .title = kNoWidgetsTitle,
+                           .description = kNoWidgetsDescription,
+                           .impact = kNoWidgetsImpact};
+    }
+    const std::vector<MergedFinding> findings = findAcrossConfigurations(context, builtFindings);
+    if (findings.empty()) {
+        return DoctorIssue{.id = kCheckID,
+                           .severity = Severity::success,
+                           .title = kLinkedTitle,
+                           .description = kBuiltLinkedDescription,
+                           .impact = kLinkedImpact};
+    }
+    return builtIssue(kCheckID, kMissingTitle, kBuiltMissingHead, findings, kMissingDescriptionTail,
+                      kMissingImpact,
+                      DoctorFix{.summary = kFixSummary,
+                                .safety = FixSafety::requiresConfirmation,
+                                .steps = {},
+                                .warningMessage = kFixWarning});
+}
+
 } // namespace
 
 std::string WidgetKitFrameworkCheck::id() const {
@@ -62,6 +134,9 @@ std::string WidgetKitFrameworkCheck::id() const {
 }
 
 std::optional<DoctorIssue> WidgetKitFrameworkCheck::run(const ProjectContext& context) const {
+    if (isAsBuilt(context)) {
+        return runAsBuilt(context);
+    }
     const auto widgets = context.targetsOfType(TargetType::widgetExtension);
     if (widgets.empty()) {
         return DoctorIssue{.id = kCheckID,

@@ -1,5 +1,7 @@
 #include "checks/CloudKitEntitlementCheck.h"
 
+#include "BuiltOutcomes.h"
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 #include "PlistFixtures.h"
 #include "TempDir.h"
@@ -145,6 +147,79 @@ TEST_F(CloudKitEntitlementCheckTest, TruncatedEntitlementsFailTheCheck) {
         project({withEntitlements(Target("App", application).bundleID("com.example.app"),
                                   dir.write("Truncated.entitlements", truncated))});
     EXPECT_THROW((void)check.run(broken), plist::ParseError);
+}
+
+TEST(CloudKitAsBuilt, HoldsEachTargetToWhatItsEntitlementsAskFor) {
+    using test::builtConfiguration;
+    using test::builtProject;
+    using test::BuiltTarget;
+    const CloudKitEntitlementCheck check{kID, kKey};
+    constexpr const char* kServices = "com.apple.developer.icloud-services";
+    const auto iCloud = [](plist::Array services, plist::Array containers) {
+        return test::plistOf({{kServices, std::move(services)}, {kKey, std::move(containers)}});
+    };
+    const auto app = [](plist::Dictionary entitlements) {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp()
+            .embeds({"Widget"})
+            .bundleID("com.a.app")
+            .entitlements(std::move(entitlements));
+    };
+    const auto widget = [](plist::Dictionary entitlements) {
+        return BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App")
+            .bundleID("com.a.app.widget")
+            .entitlements(std::move(entitlements));
+    };
+    const plist::Dictionary appContainer = iCloud({"CloudKit"}, {"iCloud.com.a.app"});
+    const TargetContext unknownContainers =
+        app(iCloud({"CloudKit"}, {}))
+            .unknown("entitlements " + std::string(kKey), "Ids.xcconfig is missing");
+
+    constexpr const char* kValid = "CloudKit Configuration Valid";
+    test::expectBuiltOutcomes(
+        check,
+        {
+            {"a container named freely",
+             builtProject({app(iCloud({"CloudKit"}, {"iCloud.anything"}))}), kID, Severity::success,
+             kValid, ""},
+            {"an extension sharing one of the app's containers",
+             builtProject({app(iCloud({"CloudKit"}, {"iCloud.com.a.app", "iCloud.shared"})),
+                           widget(iCloud({"CloudKit"}, {"iCloud.shared"}))}),
+             kID, Severity::success, kValid, ""},
+            {"CloudKit without containers", builtProject({app(iCloud({"CloudKit"}, {}))}), kID,
+             Severity::error, "CloudKit Container Identifier Missing",
+             "• App uses CloudKit but lists no iCloud container (Debug, Release)"},
+            {"containers that cannot be known", builtProject({unknownContainers}), kID,
+             Severity::success, kValid, ""},
+            {"an extension with another container",
+             builtProject(
+                 {app(appContainer), widget(iCloud({"CloudKit"}, {"iCloud.com.a.widget"}))}),
+             kID, Severity::warning, "iCloud Container Not Shared With Host App",
+             "• Widget uses iCloud.com.a.widget, its host App iCloud.com.a.app: no container in "
+             "common (Debug, Release)"},
+            {"containers lost in Release only",
+             builtProject(
+                 {builtConfiguration("Debug", {app(appContainer), widget(appContainer)}),
+                  builtConfiguration("Release",
+                                     {app(appContainer), widget(iCloud({"CloudDocuments"}, {}))})}),
+             kID, Severity::error, "CloudKit Container Identifier Missing",
+             "• Widget uses CloudDocuments but lists no iCloud container (Release)"},
+        });
+
+    // Key-value storage alone needs no container and gives nothing to report.
+    const plist::Dictionary keyValueOnly =
+        test::plistOf({{"com.apple.developer.ubiquity-kvstore-identifier", "ABCDE12345.com.a.app"},
+                       {kKey, plist::Array{}}});
+    EXPECT_FALSE(check.run(builtProject({app(keyValueOnly)})).has_value());
+
+    // Content without a container is offered its app's.
+    const auto missing =
+        check.run(builtProject({app(appContainer), widget(iCloud({"CloudKit"}, {}))}));
+    ASSERT_TRUE(missing->fix.has_value());
+    EXPECT_EQ(missing->fix->steps.at(0).action,
+              FixAction(UpdateEntitlement{"Widget", "Widget.entitlements", kKey,
+                                          EntitlementValue::array({"iCloud.com.a.app"})}));
 }
 
 } // namespace

@@ -69,7 +69,10 @@ void expectCases(const std::function<std::optional<DoctorIssue>(const ProjectCon
 
 TEST(UploadChecks, ReportNothingReadLiterally) {
     ProjectContext literal;
-    literal.targets.push_back(TargetContext{.name = "App", .type = application});
+    TargetContext app;
+    app.name = "App";
+    app.type = application;
+    literal.targets.push_back(app);
     EXPECT_FALSE(EmbeddedVersionCheck().run(literal));
     EXPECT_FALSE(EmbeddedBundleIdentifierCheck().run(literal));
     EXPECT_FALSE(TestHostCheck().run(literal));

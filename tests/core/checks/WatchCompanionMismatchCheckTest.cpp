@@ -1,5 +1,7 @@
 #include "checks/WatchCompanionMismatchCheck.h"
 
+#include "BuiltOutcomes.h"
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 #include "PlistFixtures.h"
 #include "TempDir.h"
@@ -172,6 +174,89 @@ TEST_F(WatchCompanionMismatchCheckTest, UnreadableInfoPlistFailsTheCheck) {
     EXPECT_THROW((void)check.run(
                      project({app, withInfoPlist(watch, dir.write("Truncated.plist", truncated))})),
                  plist::ParseError);
+}
+
+TEST(WatchCompanionAsBuilt, ComparesEachEmbeddedWatchAppWithTheIOSAppAroundIt) {
+    using test::builtProject;
+    using test::BuiltTarget;
+    const WatchCompanionMismatchCheck check{kID};
+    const auto companion = [](const char* id) {
+        return test::plistOf({{kKey, id}});
+    };
+    const auto app = [] {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp()
+            .embeds({"Watch"})
+            .bundleID("com.a.app");
+    };
+    const auto watch = [](plist::Dictionary info) {
+        return BuiltTarget("Watch", watchApp, Platform::watchOS, TargetRole::embedded)
+            .host("App")
+            .bundleID("com.a.app.watchkitapp")
+            .infoPlist(std::move(info));
+    };
+    // Xcode 14 writes the companion as a build setting and generates the key.
+    const TargetContext generated =
+        watch(companion("com.a.app"))
+            .setting("INFOPLIST_KEY_WKCompanionAppBundleIdentifier", "com.a.app");
+    const TargetContext unknownKey =
+        watch({}).unknown("Info.plist WKCompanionAppBundleIdentifier", "Ids.xcconfig is missing");
+    const TargetContext unknownAppID =
+        BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp()
+            .embeds({"Watch"})
+            .unknown("PRODUCT_BUNDLE_IDENTIFIER", "Ids.xcconfig is missing");
+    const TargetContext watchOnly =
+        BuiltTarget("Watch", watchApp, Platform::watchOS, TargetRole::app).mainApp().infoPlist({});
+    TargetContext legacyWatch = watch(companion("com.a.App")).embeds({"Watch Extension"});
+    legacyWatch.built->productType = "com.apple.product-type.application.watchapp2";
+    const TargetContext legacyExtension =
+        BuiltTarget("Watch Extension", watchExtension, Platform::watchOS, TargetRole::embedded)
+            .host("Watch")
+            .bundleID("com.a.app.watchkitapp.watchkitextension")
+            .infoPlist({});
+
+    constexpr const char* kMissingID = "watch.companion.missing";
+    test::expectBuiltOutcomes(
+        check,
+        {
+            {"no watch app", builtProject({app()}), kID, Severity::success, "No Watch App", ""},
+            {"a generated key naming the app", builtProject({app(), generated}), kID,
+             Severity::success, "Watch Companion Configuration Valid", ""},
+            {"a key in the file naming another app",
+             builtProject({app(), watch(companion("com.b.app"))}), kID, Severity::error,
+             "Watch Companion App ID Mismatch",
+             "• Watch names com.b.app, but its iOS app App is com.a.app (Debug, Release)"},
+            {"no key at all", builtProject({app(), watch({})}), kMissingID, Severity::error,
+             "Watch Companion App ID Missing",
+             "• Watch, embedded in App, has no WKCompanionAppBundleIdentifier (Debug, Release)"},
+            {"a key whose value cannot be known", builtProject({app(), unknownKey}), kID,
+             Severity::success, "Watch Companion Configuration Valid", ""},
+            {"an app id that cannot be known", builtProject({unknownAppID, watch(companion("x"))}),
+             kID, Severity::success, "Watch Companion Configuration Valid", ""},
+            {"a watch-only app names no companion", builtProject({watchOnly}), kID,
+             Severity::success, "Watch Companion Configuration Valid", ""},
+            {"a legacy watch app is compared, not its extension",
+             builtProject({app(), legacyWatch, legacyExtension}), kID, Severity::error,
+             "Watch Companion App ID Mismatch", "Watch names com.a.App, but its iOS app App is"},
+        });
+
+    // The fix writes the value where it came from: the setting or the file.
+    TargetContext generatedWrong =
+        watch(companion("com.b.app"))
+            .setting("INFOPLIST_KEY_WKCompanionAppBundleIdentifier", "com.b.app");
+    const auto fromSetting = check.run(builtProject({app(), generatedWrong}));
+    ASSERT_TRUE(fromSetting->fix.has_value());
+    EXPECT_EQ(
+        fromSetting->fix->steps.at(0).action,
+        FixAction(SetBuildSetting{"Watch", "All Configurations",
+                                  "INFOPLIST_KEY_WKCompanionAppBundleIdentifier", "com.a.app"}));
+    EXPECT_EQ(fromSetting->evidence.at(0).source,
+              EvidenceSource(PlistSource{"Watch", "Info.plist (generated)"}));
+    const auto fromFile = check.run(builtProject({app(), legacyWatch, legacyExtension}));
+    EXPECT_EQ(fromFile->fix->steps.at(0).action,
+              FixAction(UpdatePlistKey{"Watch", "Info.plist", kKey, "com.a.app"}));
+    EXPECT_EQ(fromFile->affectedTargets.size(), 2u);
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "checks/WidgetBundleIdentifierCheck.h"
 
+#include "BuiltOutcomes.h"
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 
 #include <gtest/gtest.h>
@@ -102,6 +104,76 @@ TEST(WidgetBundleIdentifierCheck, Outcomes) {
                                   .warningMessage =
                                       "This will modify your project's build settings."}}},
         });
+}
+
+TEST(WidgetBundleIdentifierAsBuilt, HoldsEmbeddedContentToItsHostsPrefix) {
+    using test::builtConfiguration;
+    using test::builtProject;
+    using test::BuiltTarget;
+    const WidgetBundleIdentifierCheck check;
+    const auto app = [](std::string id) {
+        return BuiltTarget("App", application, Platform::iOS, TargetRole::app)
+            .mainApp()
+            .embeds({"Widget", "Watch", "Clip", "Kit"})
+            .bundleID(std::move(id));
+    };
+    const auto embedded = [](std::string name, TargetType type, std::string host, std::string id) {
+        return BuiltTarget(std::move(name), type, Platform::iOS, TargetRole::embedded)
+            .host(std::move(host))
+            .bundleID(std::move(id));
+    };
+    const TargetContext unknownWidget =
+        BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App")
+            .unknown("PRODUCT_BUNDLE_IDENTIFIER", "Ids.xcconfig is missing");
+
+    constexpr const char* kValidTitle = "Embedded Bundle Identifiers Valid";
+    constexpr const char* kNotPrefixed = "Embedded Bundle Identifier Not Prefixed";
+    test::expectBuiltOutcomes(
+        check,
+        {
+            {"a widget under its app",
+             builtProject(
+                 {app("com.a.app"), embedded("Widget", widgetExtension, "App", "com.a.app.w")}),
+             kID, Severity::success, kValidTitle, ""},
+            {"a widget elsewhere",
+             builtProject(
+                 {app("com.a.app"), embedded("Widget", widgetExtension, "App", "com.b.w")}),
+             kID, Severity::error, "Invalid Widget Bundle Identifier",
+             "• Widget (com.b.w) is not under App (com.a.app) (Debug, Release)"},
+            {"a prefix without the dot",
+             builtProject(
+                 {app("com.a.app"), embedded("Widget", widgetExtension, "App", "com.a.appwidget")}),
+             kID, Severity::error, "Invalid Widget Bundle Identifier", "Widget (com.a.appwidget)"},
+            {"a watch app beside the app's id",
+             builtProject({app("com.a.app"), embedded("Watch", watchApp, "App", "com.a.watch")}),
+             kID, Severity::error, kNotPrefixed,
+             "• Watch (com.a.watch) is not under App (com.a.app)"},
+            {"a watch extension under the iOS app, not its watch app",
+             builtProject({app("com.a.app"), embedded("Watch", watchApp, "App", "com.a.app.watch"),
+                           embedded("Ext", watchExtension, "Watch", "com.a.app.ext")}),
+             kID, Severity::error, kNotPrefixed, "• Ext (com.a.app.ext) is not under Watch"},
+            {"an App Clip elsewhere",
+             builtProject({app("com.a.app"), embedded("Clip", appClip, "App", "com.a.clip")}), kID,
+             Severity::error, kNotPrefixed, "• Clip (com.a.clip) is not under App"},
+            {"a framework keeps its own id",
+             builtProject({app("com.a.app"), embedded("Kit", framework, "App", "com.vendor.kit")}),
+             kID, Severity::success, kValidTitle, ""},
+            {"an id that cannot be known", builtProject({app("com.a.app"), unknownWidget}), kID,
+             Severity::success, kValidTitle, ""},
+        });
+
+    // The suggestion keeps the widget's own last component; a finding of one
+    // configuration is fixed in that configuration only.
+    const TargetContext widget = embedded("Widget", widgetExtension, "App", "com.a.appwidget");
+    const auto release =
+        check.run(builtProject({builtConfiguration("Debug", {app("com.a"), widget}),
+                                builtConfiguration("Release", {app("com.a.app"), widget})}));
+    ASSERT_TRUE(release->fix.has_value());
+    ASSERT_EQ(release->fix->steps.size(), 1u);
+    EXPECT_EQ(release->fix->steps[0].action,
+              FixAction(SetBuildSetting{"Widget", "Release", "PRODUCT_BUNDLE_IDENTIFIER",
+                                        "com.a.app.appwidget"}));
 }
 
 } // namespace

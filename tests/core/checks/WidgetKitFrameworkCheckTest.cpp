@@ -1,5 +1,7 @@
 #include "checks/WidgetKitFrameworkCheck.h"
 
+#include "BuiltOutcomes.h"
+#include "BuiltProjects.h"
 #include "CheckOutcomes.h"
 
 #include <gtest/gtest.h>
@@ -97,6 +99,40 @@ TEST(WidgetKitFrameworkCheck, Outcomes) {
                        {{"Stocks", widgetExtension, "com.x.stocks"},
                         {"Empty", widgetExtension, std::nullopt}},
                        {linkStep("Stocks"), linkStep("Empty")})},
+        });
+}
+
+TEST(WidgetKitFrameworkAsBuilt, AutolinkingCountsAsLinking) {
+    using test::builtProject;
+    using test::BuiltTarget;
+    const auto widget = [] {
+        return BuiltTarget("Widget", widgetExtension, Platform::iOS, TargetRole::embedded)
+            .host("App");
+    };
+    const TargetContext app = BuiltTarget("App", application, Platform::iOS, TargetRole::app);
+    test::expectBuiltOutcomes(
+        WidgetKitFrameworkCheck(),
+        {
+            {"no widget", builtProject({app}), kID, Severity::success, "No Widget Extensions", ""},
+            {"autolinked by default", builtProject({app, widget()}), kID, Severity::success,
+             "WidgetKit Framework Linked", "explicitly or through module autolinking"},
+            {"an autolink setting that cannot be known",
+             builtProject(
+                 {app, widget().unknown("CLANG_MODULES_AUTOLINK", "Base.xcconfig is missing")}),
+             kID, Severity::success, "WidgetKit Framework Linked", ""},
+            {"linked explicitly with autolinking off",
+             builtProject(
+                 {app, widget()
+                           .setting("CLANG_MODULES_AUTOLINK", "NO")
+                           .frameworks({"System/Library/Frameworks/WidgetKit.framework"})}),
+             kID, Severity::success, "WidgetKit Framework Linked", ""},
+            {"autolinking off and no link",
+             builtProject({app, widget().setting("CLANG_MODULES_AUTOLINK", "NO")}), kID,
+             Severity::error, "WidgetKit Framework Not Linked",
+             "• Widget (CLANG_MODULES_AUTOLINK = NO) (Debug, Release)"},
+            {"any value not starting with Y, T or 1-9 is off",
+             builtProject({app, widget().setting("CLANG_MODULES_AUTOLINK", "0")}), kID,
+             Severity::error, "WidgetKit Framework Not Linked", "CLANG_MODULES_AUTOLINK = 0"},
         });
 }
 
