@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings/BooleanSetting.h"
+
 #include "checks/BuiltFindings.h"
 #include "diagnostics/EvidenceItem.h"
 #include "model/TargetContext.h"
@@ -25,9 +27,7 @@ namespace kelvane {
     if (value == nullptr) {
         return defaultValue;
     }
-    const std::string& text = value->value;
-    return !text.empty() &&
-           std::string_view("YyTt123456789").find(text.front()) != std::string_view::npos;
+    return settings::isYes(value->value);
 }
 
 // Where a target's bundle identifier comes from: PRODUCT_BUNDLE_IDENTIFIER,

@@ -10,6 +10,7 @@
 #include "parser/PathExists.h"
 #include "parser/ProjectTargets.h"
 #include "parser/WorkspaceProjects.h"
+#include "settings/BooleanSetting.h"
 #include "settings/SettingsScope.h"
 #include "settings/XcconfigReader.h"
 
@@ -313,9 +314,7 @@ TargetContext resolveTarget(const ProjectLevel& project, const std::string& targ
     context.entitlementsURL = file("CODE_SIGN_ENTITLEMENTS");
 
     const TracedValue* generate = facts.setting("GENERATE_INFOPLIST_FILE");
-    const bool generated = generate && !generate->value.empty() &&
-                           std::string_view("YyTt123456789").find(generate->value[0]) !=
-                               std::string_view::npos;
+    const bool generated = generate && settings::isYes(generate->value);
     BuiltPlist info = builtInfoPlist(context.infoPlistURL, generated, scope, names);
     facts.infoPlist = std::move(info.dictionary);
     facts.infoPlistError = std::move(info.error);

@@ -1,6 +1,7 @@
 #include "graph/BuiltPlists.h"
 
 #include "plist/PropertyListReader.h"
+#include "settings/BooleanSetting.h"
 
 #include <array>
 #include <stdexcept>
@@ -54,11 +55,6 @@ bool isGeneratedKey(std::string_view key) {
     return contains(kGeneratedKeys, base) || contains(kBooleanKeys, base) ||
            contains(kListKeys, base) || base.starts_with("WK") || base.starts_with("GCSupports") ||
            (base.starts_with("NS") && base.ends_with("UsageDescription"));
-}
-
-bool truthy(std::string_view text) {
-    return !text.empty() && (text[0] == 'Y' || text[0] == 'y' || text[0] == 'T' ||
-                             text[0] == 't' || (text[0] >= '1' && text[0] <= '9'));
 }
 
 struct Expander {
@@ -227,7 +223,7 @@ BuiltPlist builtInfoPlist(const std::optional<std::string>& file, bool generate,
             }
             const std::string base = key.substr(0, key.find('~'));
             if (contains(kBooleanKeys, base)) {
-                mergeGenerated(built, key, plist::Value(truthy(resolved.value)));
+                mergeGenerated(built, key, plist::Value(settings::isYes(resolved.value)));
             } else if (contains(kListKeys, base)) {
                 plist::Array items;
                 std::size_t start = 0;
