@@ -188,11 +188,17 @@ std::vector<BuiltFinding> builtFindings(const ProjectContext& context) {
         }
     };
     for (const ShippingUnit& unit : shippingUnits(context)) {
-        if (unit.content.empty()) {
+        // Embedded frameworks are signed again as they are copied in, with
+        // the app's identity: their own team and style never reach a device.
+        std::vector<const TargetContext*> together{unit.app};
+        for (const TargetContext* content : unit.content) {
+            if (content->type != TargetType::framework && content->type != TargetType::staticLibrary) {
+                together.push_back(content);
+            }
+        }
+        if (together.size() < 2) {
             continue;
         }
-        std::vector<const TargetContext*> together{unit.app};
-        together.insert(together.end(), unit.content.begin(), unit.content.end());
         compare(unit.app->name + " and the content it embeds", together, true);
     }
     for (const TargetContext& target : context.targets) {
