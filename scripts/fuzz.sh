@@ -10,7 +10,7 @@ seconds="${1:-600}"
 shift || true
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
-    targets=(fuzz_old_style fuzz_xml fuzz_binary fuzz_workspace fuzz_scan fuzz_xcconfig)
+    targets=(fuzz_old_style fuzz_xml fuzz_binary fuzz_workspace fuzz_scan fuzz_xcconfig fuzz_config)
 fi
 
 KELVANE_WITH_APP=0 KELVANE_WITH_FUZZ=1 ./scripts/install-deps.sh
@@ -32,11 +32,16 @@ mapfile -t pbxproj < <(find examples tests/fixtures "$shared" -name '*.pbxproj' 
 mapfile -t plists < <(find examples tests/fixtures "$shared" \( -name '*.plist' -o -name '*.entitlements' \) 2>/dev/null | sort | head -n 400)
 mapfile -t workspaces < <(find examples tests/fixtures "$shared" -name 'contents.xcworkspacedata' 2>/dev/null | sort | head -n 200)
 mapfile -t xcconfigs < <(find examples tests/fixtures "$shared" -name '*.xcconfig' 2>/dev/null | sort | head -n 300)
+mapfile -t yamls < <(find examples tests/fixtures "$shared" \( -name '*.yml' -o -name '*.yaml' \) 2>/dev/null | sort | head -n 200)
 seed fuzz_old_style "${pbxproj[@]}"
 seed fuzz_scan "${pbxproj[@]}"
 seed fuzz_xml "${plists[@]}" "${workspaces[@]}"
 seed fuzz_workspace "${workspaces[@]}"
 seed fuzz_xcconfig "${xcconfigs[@]}"
+seed fuzz_config "${yamls[@]}"
+# The options the configuration file knows, in both forms of list.
+printf 'skip: [signing.inconsistent]\nonly:\n  - test.host.missing\nexclude: [Pods, Vendor/]\nbaseline: ci/known.json\nreading: as-built\nconfiguration: Release\n' \
+    >"$root/seeds/fuzz_config/options"
 # Binary seeds: the XML property lists converted by Python's plistlib.
 mkdir -p "$root/seeds/fuzz_binary"
 python3 - "$root/seeds/fuzz_binary" "${plists[@]}" <<'PY'

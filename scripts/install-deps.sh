@@ -12,10 +12,15 @@ packages=(
     libexpat1-dev
     nlohmann-json3-dev
     libcli11-dev
+    # .kelvane.yml
+    libyaml-cpp-dev
     libgtest-dev
     libgmock-dev
     libbenchmark-dev
     time
+    # CPack's .deb: dpkg-shlibdeps finds its Depends, `file` tells it what to scan.
+    dpkg-dev
+    file
 )
 if [ "${KELVANE_WITH_APP:-1}" = 1 ]; then
     # The offscreen window (tests, screenshots) draws text with fontconfig fonts.

@@ -13,6 +13,11 @@ if [ ! -x "$app" ]; then
 fi
 mkdir -p "$out"
 export QT_QPA_PLATFORM=${QT_QPA_PLATFORM:-offscreen}
+# Settings of their own: the pictures show a first launch, and the user's
+# recent projects and window size are left alone.
+settings=$(mktemp -d)
+trap 'rm -rf "$settings"' EXIT
+export XDG_CONFIG_HOME=$settings
 # Paths in the window read as a person would type them from the repository.
 cd "$root"
 
@@ -32,3 +37,7 @@ shot results-passed-check --select app.group.consistency examples/Aurora/Aurora.
 shot fix-requires-review --select bundle.identifier.collision --show-fix \
     examples/Nimbus/Nimbus.xcodeproj
 shot scan-failed examples/Aurora
+# Around the screens: the menu bar, a drag held over the window, the export dialog.
+shot menu-file --open-menu File examples/Aurora/Aurora.xcodeproj
+shot drop --drag examples/Nimbus/Nimbus.xcworkspace
+shot export-report --show-export --select watch.companion.mismatch examples/Nimbus/Nimbus.xcodeproj

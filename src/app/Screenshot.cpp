@@ -5,10 +5,18 @@
 #include "views/ScanningResultsView.h"
 
 #include <QApplication>
+#include <QDialog>
+#include <QDragEnterEvent>
+#include <QFileInfo>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPainter>
 #include <QPixmap>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTimer>
+#include <QUrl>
 
 #include <iostream>
 #include <variant>
@@ -22,6 +30,57 @@ constexpr int kSettleMilliseconds = 150;
 // A scan that has not ended by then is not going to.
 constexpr int kGiveUpMilliseconds = 30'000;
 
+// The window with the menus and dialogs open over it, each where it stands
+// relative to the window: they are windows of their own, which a grab of the
+// main window leaves out.
+QPixmap windowPicture(KelvaneApp& app) {
+    QWidget& window = app.window();
+    QPixmap picture = window.grab();
+    QPainter painter(&picture);
+    const QPoint origin = window.mapToGlobal(QPoint(0, 0));
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top == &window || !top->isVisible()) {
+            continue;
+        }
+        if (qobject_cast<QDialog*>(top) != nullptr) {
+            painter.fillRect(picture.rect(), QColor(0, 0, 0, 60)); // a sheet dims the window
+        }
+        painter.drawPixmap(top->mapToGlobal(QPoint(0, 0)) - origin, top->grab());
+    }
+    return picture;
+}
+
+// Opens what the picture shows over the window: a menu, a drag, a dialog.
+void openOverlays(KelvaneApp& app, const ScreenshotRequest& request) {
+    if (request.openMenu) {
+        auto* bar = app.window().findChild<QMenuBar*>(QStringLiteral("menuBar"));
+        for (QAction* entry : bar->actions()) {
+            if (entry->menu() != nullptr &&
+                entry->text().remove(QLatin1Char('&')) == *request.openMenu) {
+                entry->menu()->popup(bar->mapToGlobal(bar->actionGeometry(entry).bottomLeft()));
+            }
+        }
+    }
+    if (request.dragPath) {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(QFileInfo(*request.dragPath).absoluteFilePath())});
+        QDragEnterEvent enter(app.window().rect().center(), Qt::CopyAction, &data, Qt::LeftButton,
+                              Qt::NoModifier);
+        QApplication::sendEvent(&app.window(), &enter);
+    }
+    if (request.showExport) {
+        if (QAction* exportAction = app.action(QStringLiteral("exportAction"))) {
+            exportAction->trigger();
+        }
+        if (auto* dialog = app.window().findChild<QDialog*>(QStringLiteral("exportDialog"))) {
+            // Centred over the window, as a sheet would be.
+            dialog->resize(760, 460);
+            const QRect frame = app.window().geometry();
+            dialog->move(frame.center() - QPoint(dialog->width() / 2, dialog->height() / 2));
+        }
+    }
+}
+
 void capture(KelvaneApp& app, const ScreenshotRequest& request) {
     if (auto* results = app.content().results()) {
         if (request.selectCheckID) {
@@ -33,6 +92,7 @@ void capture(KelvaneApp& app, const ScreenshotRequest& request) {
                 request.expandEvidence);
         }
     }
+    openOverlays(app, request);
     QTimer::singleShot(kSettleMilliseconds, [&app, request] {
         if (request.showFix) {
             if (auto* scroll =
@@ -45,7 +105,7 @@ void capture(KelvaneApp& app, const ScreenshotRequest& request) {
             }
         }
         QTimer::singleShot(kSettleMilliseconds, [&app, request] {
-            const bool saved = app.window().grab().save(request.file, "PNG");
+            const bool saved = windowPicture(app).save(request.file, "PNG");
             if (!saved) {
                 std::cerr << "kelvane-app: cannot write " << request.file.toStdString() << '\n';
             }

@@ -19,6 +19,12 @@ struct ScreenshotRequest {
     bool expandEvidence = false;
     // Scroll the issue detail down to its fix.
     bool showFix = false;
+    // Open this menu of the menu bar ("File", "Scan"…) for the picture.
+    std::optional<QString> openMenu{};
+    // Hold a drag of this path over the window, as before a drop.
+    std::optional<QString> dragPath{};
+    // Open File → Export Report… for the picture.
+    bool showExport = false;
 };
 
 // Arms the window to save the picture and quit the application; the exit

@@ -39,7 +39,17 @@ int main(int argc, char* argv[]) {
     const QCommandLineOption size(QStringLiteral("size"),
                                   QStringLiteral("The window's size, e.g. 1100x720."),
                                   QStringLiteral("WxH"));
-    parser.addOptions({screenshot, select, after, evidence, fix, size});
+    const QCommandLineOption menu(QStringLiteral("open-menu"),
+                                  QStringLiteral("With --screenshot: open this menu, e.g. File."),
+                                  QStringLiteral("title"));
+    const QCommandLineOption drag(
+        QStringLiteral("drag"),
+        QStringLiteral("With --screenshot: hold a drag of this path over the window."),
+        QStringLiteral("path"));
+    const QCommandLineOption exportDialog(
+        QStringLiteral("show-export"),
+        QStringLiteral("With --screenshot: open File > Export Report once the scan has ended."));
+    parser.addOptions({screenshot, select, after, evidence, fix, size, menu, drag, exportDialog});
     parser.process(application);
 
     kelvane::app::KelvaneApp app;
@@ -68,6 +78,13 @@ int main(int argc, char* argv[]) {
         }
         request.expandEvidence = parser.isSet(evidence);
         request.showFix = parser.isSet(fix);
+        if (parser.isSet(menu)) {
+            request.openMenu = parser.value(menu);
+        }
+        if (parser.isSet(drag)) {
+            request.dragPath = parser.value(drag);
+        }
+        request.showExport = parser.isSet(exportDialog);
         kelvane::app::armScreenshot(app, request);
     }
     return QApplication::exec();

@@ -3,7 +3,10 @@
 #include "cli/FinishedScan.h"
 #include "scanner/CheckRegistry.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
+#include <memory>
 #include <string>
 
 namespace kelvane::cli {
@@ -19,9 +22,27 @@ void writeCheckList(const std::vector<AnyCheck>& checks, std::ostream& out) {
     }
 }
 
+void writeCheckListJson(const std::vector<AnyCheck>& checks, std::ostream& out) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const AnyCheck& check : checks) {
+        list.push_back({{"id", check.id()}, {"title", checkDisplayTitle(check.id())}});
+    }
+    out << list.dump(2) << '\n';
+}
+
 void addChecksCommand(CLI::App& app, CommandIO& io) {
+    auto format = std::make_shared<std::string>("text");
     CLI::App* command = app.add_subcommand("checks", "List the checks a scan runs, in run order");
-    command->callback([&io] { writeCheckList(makeCheckRegistry(), io.out); });
+    command->add_option("--format", *format, "Output format")
+        ->check(CLI::IsMember({"text", "json"}))
+        ->capture_default_str();
+    command->callback([format, &io] {
+        if (*format == "json") {
+            writeCheckListJson(makeCheckRegistry(), io.out);
+        } else {
+            writeCheckList(makeCheckRegistry(), io.out);
+        }
+    });
 }
 
 } // namespace kelvane::cli

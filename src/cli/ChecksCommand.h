@@ -12,7 +12,10 @@ namespace kelvane::cli {
 // One line per check, in run order: its id and its title.
 void writeCheckList(const std::vector<AnyCheck>& checks, std::ostream& out);
 
-// `kelvane checks`.
+// The same as a JSON array of {"id", "title"} objects, for scripts.
+void writeCheckListJson(const std::vector<AnyCheck>& checks, std::ostream& out);
+
+// `kelvane checks [--format text|json]`.
 void addChecksCommand(CLI::App& app, CommandIO& io);
 
 } // namespace kelvane::cli

@@ -3,7 +3,8 @@
 #include "cli/LoadFailure.h"
 #include "cli/ModelJson.h"
 #include "cli/ModelText.h"
-#include "selection/ProjectSelection.h"
+#include "selection/AmbiguousFolderError.h"
+#include "selection/RepositoryProjects.h"
 
 #include <memory>
 
@@ -13,9 +14,12 @@ int runInspect(const std::string& path, InspectFormat format, std::ostream& out,
                std::ostream& err, const Reading& reading) {
     ProjectContext project;
     try {
-        // A folder is resolved to the one project or workspace beneath it,
-        // exactly as the window's chooser does.
-        project = loadProject(resolveSelection(path), reading);
+        // A folder is resolved to the one top-level project beneath it, as
+        // `kelvane scan` resolves it.
+        project = loadProject(resolveRepositoryProject(path), reading);
+    } catch (const AmbiguousFolderError& error) {
+        err << "kelvane: " << error.what() << "\nPass one of them.\n";
+        return kExitNotLoaded;
     } catch (const std::exception& error) {
         return reportLoadFailure(error, err);
     }

@@ -1,5 +1,7 @@
 #include "cli/ProgressRowText.h"
 
+#include "views/IssueText.h"
+
 #include <algorithm>
 #include <array>
 
@@ -13,29 +15,10 @@ constexpr std::array<std::string_view, 10> kSpinnerFrames{
     "\u280B", "\u2819", "\u2839", "\u2838", "\u283C",
     "\u2834", "\u2826", "\u2827", "\u2807", "\u280F"}; // ⠋ ⠙ ⠹ ⠸ ⠼ ⠴ ⠦ ⠧ ⠇ ⠏
 
-// The terminal's glyph for each symbol the window draws in a row's circle.
-std::string_view glyph(std::string_view symbol) noexcept {
-    if (symbol == "exclamationmark") {
-        return "!";
-    }
-    if (symbol == "xmark") {
-        return "\u2717"; // ✗
-    }
-    return "\u2713"; // ✓
-}
-
 } // namespace
 
 std::string_view severityMark(Severity severity) noexcept {
-    switch (severity) {
-    case Severity::warning:
-        return glyph("exclamationmark");
-    case Severity::error:
-        return glyph("xmark");
-    case Severity::success:
-        break;
-    }
-    return glyph("checkmark");
+    return views::severityGlyph(severity);
 }
 
 std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
@@ -53,7 +36,7 @@ std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
     } else if (mark.symbol.empty()) {
         line += style.paint(mark.tone, kPendingMark);
     } else {
-        line += style.paint(mark.tone, glyph(mark.symbol));
+        line += style.paint(mark.tone, views::symbolGlyph(mark.symbol));
     }
     line += ' ';
     line += row.title;

@@ -7,6 +7,7 @@
 #include "cli/LiveProgress.h"
 #include "cli/LoadFailure.h"
 #include "cli/ModelJson.h"
+#include "cli/RepositoryScan.h"
 #include "cli/SarifReport.h"
 #include "cli/ScanJson.h"
 #include "cli/ScanText.h"
@@ -126,6 +127,15 @@ int runScan(const std::string& path, const ScanOptions& options, std::ostream& o
     } catch (const ProjectSelectionError& error) {
         return reportLoadFailure(error, err);
     }
+    return scanLocation(projectPath, options, out, err, std::move(checks));
+}
+
+int scanLocation(const std::string& projectPath, const ScanOptions& options, std::ostream& out,
+                 std::ostream& err, std::vector<AnyCheck> checks) {
+    if (const auto excluded = excludedSelection(projectPath, options.adoption)) {
+        err << "kelvane: " << *excluded << '\n';
+        return kExitNotLoaded;
+    }
 
     // Live rows own the terminal until the scan ends, so check failures
     // wait until then.
@@ -158,7 +168,10 @@ int runScan(const std::string& path, const ScanOptions& options, std::ostream& o
         err << "kelvane: " << (failed ? failed->message : "the scan did not finish") << '\n';
         return kExitNotLoaded;
     }
-    const FinishedScan scan = finishedScan(completed->result, *failures);
+    FinishedScan scan = finishedScan(completed->result, *failures);
+    if (const int status = adoptReport(scan.report, options.adoption, err); status != kExitClean) {
+        return status;
+    }
     if (live) {
         live->finish(scan);
     } else {
@@ -184,20 +197,24 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
                                                            {"always", ColorChoice::always},
                                                            {"never", ColorChoice::never}};
     struct Options {
-        std::string path;
+        std::string path = ".";
+        bool all = false;
         std::string format = "text";
         std::string failOn = "error";
         std::string color = "auto";
         bool noPace = false;
         std::string output;
         Reading reading;
+        AdoptionOptions adoption;
     };
     // CLI11 writes into the options while parsing and calls back afterwards,
     // so they must outlive this function; the command owns them.
     auto options = std::make_shared<Options>();
     CLI::App* command = app.add_subcommand("scan", "Run every check over a project and report");
-    command->add_option("path", options->path, "An .xcodeproj, an .xcworkspace, or a folder")
-        ->required();
+    command->add_option("path", options->path,
+                        "An .xcodeproj, an .xcworkspace, or a folder (default: the current one)");
+    command->add_flag("--all", options->all,
+                      "Scan every top-level project beneath the folder, in one report");
     CLI::Option* format =
         command->add_option("--format", options->format, "Report format")
             ->check(CLI::IsMember({"text", "json", "sarif", "junit", "github", "xcode"}))
@@ -217,22 +234,35 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
     command->add_option("--output", options->output, "Write the report to FILE")
         ->option_text("FILE");
     addReadingOptions(*command, options->reading);
+    addAdoptionOptions(*command, options->adoption);
     command->callback([options, format, &io] {
         const bool toTerminal = options->output.empty() && isTerminal(stdout);
         ScanOptions scan{.format = formats.at(options->format),
                          .failOn = thresholds.at(options->failOn)};
         scan.reading = options->reading;
+        AdoptedScan adopted;
+        try {
+            adopted = adoptScan(options->path, options->adoption, scan.reading);
+        } catch (const AdoptionError& error) {
+            io.err << "kelvane: " << error.what() << '\n';
+            io.exitStatus = kExitNotLoaded;
+            return;
+        }
+        scan.adoption = adopted.adoption;
         scan.live = toTerminal && format->count() == 0;
         scan.pace = scan.live && !options->noPace;
         scan.style.color = useColor(colors.at(options->color), toTerminal, std::getenv("NO_COLOR"));
         if (options->output.empty()) {
-            io.exitStatus = runScan(options->path, scan, io.out, io.err, registryFor(scan.reading));
+            io.exitStatus = runRepositoryScan(options->path, options->all, scan, io.out, io.err,
+                                              adopted.checks(registryFor(scan.reading)));
             return;
         }
         // The file is written only once there is a report for it.
         std::ostringstream report;
-        io.exitStatus = runScan(options->path, scan, report, io.err, registryFor(scan.reading));
-        if (io.exitStatus == kExitNotLoaded) {
+        io.exitStatus = runRepositoryScan(options->path, options->all, scan, report, io.err,
+                                          adopted.checks(registryFor(scan.reading)));
+        // With --all, projects that were not loaded still leave the others'.
+        if (io.exitStatus == kExitNotLoaded && report.str().empty()) {
             return;
         }
         std::ofstream file(options->output, std::ios::binary | std::ios::trunc);

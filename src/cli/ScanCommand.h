@@ -3,6 +3,7 @@
 #include "checks/DoctorCheck.h"
 #include "cli/CommandIO.h"
 #include "cli/Reading.h"
+#include "cli/ScanAdoption.h"
 #include "cli/TextStyle.h"
 #include "scanner/CheckRegistry.h"
 
@@ -29,6 +30,8 @@ struct ScanOptions {
     bool pace = false;
     TextStyle style{};
     Reading reading{};
+    // Baseline and exclusions from the command line and .kelvane.yml.
+    ReportAdoption adoption{};
 };
 
 // Scans the project at `path` (a bundle, or a folder holding one) through
@@ -39,12 +42,18 @@ struct ScanOptions {
 int runScan(const std::string& path, const ScanOptions& options, std::ostream& out,
             std::ostream& err, std::vector<AnyCheck> checks = makeCheckRegistry());
 
+// The scan of runScan for a location already resolved (a folder walk found
+// it), which is not checked a second time: what is wrong with it is the
+// loader's to say.
+int scanLocation(const std::string& projectPath, const ScanOptions& options, std::ostream& out,
+                 std::ostream& err, std::vector<AnyCheck> checks = makeCheckRegistry());
+
 // A plain report in `format`, failing on errors.
 int runScan(const std::string& path, ScanFormat format, std::ostream& out, std::ostream& err,
             std::vector<AnyCheck> checks = makeCheckRegistry());
 
-// `kelvane scan PATH [--format F] [--fail-on S] [--color C] [--no-pace]
-// [--output FILE]`.
+// `kelvane scan [PATH] [--all] [--format F] [--fail-on S] [--color C]
+// [--no-pace] [--output FILE]`.
 void addScanCommand(CLI::App& app, CommandIO& io);
 
 } // namespace kelvane::cli

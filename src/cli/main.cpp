@@ -1,5 +1,6 @@
 #include "cli/ChecksCommand.h"
 #include "cli/CommandIO.h"
+#include "cli/ExplainCommand.h"
 #include "cli/ModelCommand.h"
 #include "cli/ScanCommand.h"
 
@@ -17,6 +18,7 @@ int main(int argc, char** argv) {
     addScanCommand(app, io);
     addInspectCommand(app, io);
     addChecksCommand(app, io);
+    addExplainCommand(app, io);
 
     try {
         app.parse(argc, argv);

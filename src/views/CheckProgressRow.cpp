@@ -81,6 +81,7 @@ void CheckProgressRow::setCheck(const CheckProgress& check) {
     statusLabel_->setVisible(label.has_value());
     statusLabel_->setText(label ? qs(*label) : QString());
     setLabelColor(statusLabel_, toneColor(mark.tone));
+    setAccessibleName(qs(rowAccessibleName(check)));
 }
 
 } // namespace kelvane::views

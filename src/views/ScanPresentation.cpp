@@ -78,6 +78,16 @@ std::optional<std::string_view> rowStatusLabel(const CheckProgress& row) noexcep
     return kPassedLabel;
 }
 
+std::string rowAccessibleName(const CheckProgress& row) {
+    std::string name = row.title + ", ";
+    if (const auto label = rowStatusLabel(row)) {
+        name += *label;
+    } else {
+        name += row.status == CheckStatus::running ? "Running" : "Pending";
+    }
+    return name;
+}
+
 std::string_view scanTitle(bool isScanning) noexcept {
     return isScanning ? kScanningTitle : kCompleteTitle;
 }

@@ -40,6 +40,10 @@ struct RowMark {
 // before.
 [[nodiscard]] std::optional<std::string_view> rowStatusLabel(const CheckProgress& row) noexcept;
 
+// What a screen reader says of a row: its title and how it stands,
+// "Signing Consistency, Warning"; "Pending" or "Running" before it finishes.
+[[nodiscard]] std::string rowAccessibleName(const CheckProgress& row);
+
 [[nodiscard]] std::string_view scanTitle(bool isScanning) noexcept;
 // "3/9" while scanning; afterwards "1 error • 2 warnings • 5 passed", leaving
 // out every count that is zero. Rows without an issue count nowhere.

@@ -8,6 +8,7 @@
 #include "views/Symbols.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
@@ -79,6 +80,8 @@ ScanningResultsView::ScanningResultsView(Inputs inputs, ConfirmationPrompt& prom
     list_->setSelectionMode(QAbstractItemView::SingleSelection);
     list_->setFrameShape(QFrame::NoFrame);
     list_->setMinimumWidth(240);
+    list_->setAccessibleName(QStringLiteral("Checks"));
+    list_->installEventFilter(this);
     list_->setStyleSheet(
         QStringLiteral("QListWidget { background: #f4f4f6; padding: 6px; outline: 0; }"
                        "QListWidget::item { border-radius: 7px; margin: 1px 0; }"
@@ -120,8 +123,45 @@ ScanningResultsView::ScanningResultsView(Inputs inputs, ConfirmationPrompt& prom
     splitter->setSizes({kSidebarWidth, 700});
     layout->addWidget(splitter, 1);
 
+    describeRows();
     refreshHeader();
     showDetail();
+}
+
+void ScanningResultsView::describeRows() {
+    for (std::size_t index = 0; index < rows_.size(); ++index) {
+        list_->item(static_cast<int>(index))
+            ->setData(Qt::AccessibleTextRole, rows_[index]->accessibleName());
+    }
+}
+
+void ScanningResultsView::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    list_->setFocus(Qt::OtherFocusReason);
+}
+
+bool ScanningResultsView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != list_ || event->type() != QEvent::KeyPress) {
+        return QWidget::eventFilter(watched, event);
+    }
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if ((key == Qt::Key_Down || key == Qt::Key_Up) && list_->selectedItems().isEmpty() &&
+        list_->count() > 0) {
+        // Focus made a row current without choosing it; the first arrow
+        // chooses the end it points from rather than skipping a row.
+        list_->setCurrentRow(key == Qt::Key_Down ? 0 : list_->count() - 1);
+        return true;
+    }
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        auto* apply = detail_ != nullptr
+                          ? detail_->findChild<QPushButton*>(QStringLiteral("applyButton"))
+                          : nullptr;
+        if (apply != nullptr && apply->isVisible() && apply->isEnabled()) {
+            apply->click();
+        }
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 QWidget* ScanningResultsView::makeHeader() {
@@ -222,6 +262,7 @@ void ScanningResultsView::setCheckProgress(const std::vector<CheckProgress>& row
     for (std::size_t index = 0; index < shared; ++index) {
         rows_[index]->setCheck(rows[index]);
     }
+    describeRows();
     refreshHeader();
     showDetail();
 }

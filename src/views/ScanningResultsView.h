@@ -52,8 +52,14 @@ public:
     // The widget the detail area shows now.
     [[nodiscard]] QWidget* detailWidget() const noexcept { return detail_; }
 
+protected:
+    // The keyboard: arrows move through the checks, Return applies the fix.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
 private:
     QWidget* makeHeader();
+    void describeRows();
     void refreshHeader();
     void showDetail();
 

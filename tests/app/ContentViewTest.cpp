@@ -2,16 +2,25 @@
 #include "app/KelvaneApp.h"
 #include "TestDoubles.h"
 #include "scanner/CheckTitles.h"
+#include "views/ScanningResultsView.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QElapsedTimer>
+#include <QFileInfo>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QListWidget>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QToolButton>
+#include <QUrl>
 #include <QVBoxLayout>
 
 using namespace kelvane;
@@ -46,6 +55,17 @@ bool makeNimbusFolder(const QString& folder) {
     return testing::copyTree(sourcePath(QStringLiteral("examples/Nimbus")), folder) &&
            QDir(folder + "/Nimbus.xcworkspace").removeRecursively() &&
            QDir(folder + "/Nimbus.xcodeproj/project.xcworkspace").removeRecursively();
+}
+
+// A drag and its drop on the window, as the platform delivers them.
+void dropOn(QWidget& window, const QString& path) {
+    QMimeData data;
+    data.setUrls({QUrl::fromLocalFile(path)});
+    const QPoint centre = window.rect().center();
+    QDragEnterEvent enter(centre, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &enter);
+    QDropEvent drop(QPointF(centre), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(&window, &drop);
 }
 
 } // namespace
@@ -160,6 +180,18 @@ private slots:
         QCOMPARE(labelText(content.screen(), "scanSubtitle"),
                  QStringLiteral("5 errors \u2022 4 warnings"));
 
+        // The keyboard reaches the same fix, and each row says how it stands.
+        QCOMPARE(list->item(4)->data(Qt::AccessibleTextRole).toString(),
+                 QStringLiteral("Signing Consistency, Warning"));
+        QTest::keyClick(list, Qt::Key_Up);
+        QCOMPARE(content.results()->selectedCheckID().value_or(""), "signing.inconsistent");
+        QTest::keyClick(list, Qt::Key_Return); // a manual fix: nothing to apply
+        QCOMPARE(window.prompt.timesAsked, 1);
+        QTest::keyClick(list, Qt::Key_Down);
+        QTest::keyClick(list, Qt::Key_Return);
+        QCOMPARE(window.prompt.timesAsked, 2);
+        window.prompt.answer(false);
+
         click(content.screen(), QStringLiteral("backButton"));
         QCOMPARE(screenName(content), QStringLiteral("projectPickerView"));
 
@@ -174,6 +206,44 @@ private slots:
         click(content.screen(), QStringLiteral("tryAgainButton"));
         QCOMPARE(screenName(content), QStringLiteral("projectPickerView"));
         QVERIFY(std::holds_alternative<IdleState>(content.viewModel().state()));
+    }
+
+    // The same visit as a desktop app: a drop, the menus, the clipboard and an
+    // export, and the project remembered for next time.
+    void aVisitThroughTheMenus() {
+        QStandardPaths::setTestModeEnabled(true);
+        QSettings(QStringLiteral("Kelvane"), QStringLiteral("Kelvane")).clear();
+        QTemporaryDir temp;
+        const QString folder = temp.filePath(QStringLiteral("Nimbus"));
+        QVERIFY(makeNimbusFolder(folder));
+        const QString project = folder + QStringLiteral("/Nimbus.xcodeproj");
+        {
+            ScriptedChooser chooser;
+            ScriptedPrompt prompt;
+            app::KelvaneApp app(&chooser, &prompt);
+            app.show();
+            dropOn(app.window(), folder);
+            QCOMPARE(labelText(app.content().screen(), "projectPath"), project);
+            QTRY_COMPARE_WITH_TIMEOUT(labelText(app.content().screen(), "scanTitle"),
+                                      QStringLiteral("Scan Complete"), kScanTimeout);
+            auto* list = app.content().screen()->findChild<QListWidget*>(
+                QStringLiteral("checkList"));
+            QTest::keyClick(list, Qt::Key_Down);
+            app.action(QStringLiteral("copyIssueAction"))->trigger();
+            QVERIFY(QGuiApplication::clipboard()->text().contains(
+                QStringLiteral("[watch.companion.mismatch]")));
+            const QString report = temp.filePath(QStringLiteral("report.txt"));
+            QVERIFY(app.exportReport({report, cli::ExportFormat::text}));
+            QVERIFY(QFileInfo(report).size() > 0);
+            app.action(QStringLiteral("closeAction"))->trigger();
+            QCOMPARE(screenName(app.content()), QStringLiteral("projectPickerView"));
+        }
+        ScriptedChooser chooser;
+        ScriptedPrompt prompt;
+        app::KelvaneApp relaunched(&chooser, &prompt);
+        QCOMPARE(relaunched.recentProjects(), QStringList{project});
+        relaunched.action(QStringLiteral("recentProject1"))->trigger();
+        QCOMPARE(labelText(relaunched.content().screen(), "projectPath"), project);
     }
 
     void cancellingAScanReturnsToThePickerAndStaysThere() {

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "scanner/ProjectScanResult.h"
+
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+namespace kelvane::cli {
+
+// The reports a finished scan can be saved as outside the terminal, each
+// written by the terminal's own writer.
+enum class ExportFormat { json, sarif, text };
+
+// The usual file extension of a format, without the dot: "json", "sarif",
+// "txt"; and the format a file name's extension asks for, if any.
+[[nodiscard]] std::string_view exportExtension(ExportFormat format) noexcept;
+[[nodiscard]] std::optional<ExportFormat> exportFormatForFile(std::string_view fileName) noexcept;
+
+// Writes `result` as `format`. `asBuilt` is how the project was read, so
+// that SARIF locates the evidence in the same files the scan read. The text
+// is the terminal's, without colour.
+void writeExportedReport(const ProjectScanResult& result, ExportFormat format, bool asBuilt,
+                         std::ostream& out);
+
+} // namespace kelvane::cli

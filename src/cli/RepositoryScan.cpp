@@ -1,0 +1,93 @@
+#include "cli/RepositoryScan.h"
+
+#include "cli/CombinedReport.h"
+#include "cli/CommandIO.h"
+#include "cli/LoadFailure.h"
+#include "selection/AmbiguousFolderError.h"
+#include "selection/ProjectSelectionError.h"
+
+#include <algorithm>
+#include <sstream>
+#include <string_view>
+
+namespace kelvane::cli {
+
+namespace {
+
+// A scan writes "kelvane: <reason>" for a project it could not load.
+std::string reasonIn(std::string_view log) {
+    constexpr std::string_view prefix = "kelvane: ";
+    if (log.starts_with(prefix)) {
+        log.remove_prefix(prefix.size());
+    }
+    while (!log.empty() && log.back() == '\n') {
+        log.remove_suffix(1);
+    }
+    return std::string(log);
+}
+
+// Check failures of one project among several name the project they are
+// about.
+void forwardLog(const std::string& project, std::string_view log, std::ostream& err) {
+    while (!log.empty()) {
+        const std::size_t end = log.find('\n');
+        err << project << ": " << log.substr(0, end) << '\n';
+        log.remove_prefix(end == std::string_view::npos ? log.size() : end + 1);
+    }
+}
+
+} // namespace
+
+int runRepositoryScan(const std::string& path, bool all, const ScanOptions& options,
+                      std::ostream& out, std::ostream& err, std::vector<AnyCheck> checks) {
+    if (all) {
+        return runScanAll(path, options, out, err, checks);
+    }
+    std::string project;
+    try {
+        project = resolveRepositoryProject(path);
+    } catch (const AmbiguousFolderError& error) {
+        err << "kelvane: " << error.what() << "\nPass one of them, or --all to scan them all.\n";
+        return kExitNotLoaded;
+    } catch (const ProjectSelectionError& error) {
+        return reportLoadFailure(error, err);
+    }
+    return scanLocation(project, options, out, err, std::move(checks));
+}
+
+int runScanAll(const std::string& path, const ScanOptions& options, std::ostream& out,
+               std::ostream& err, const std::vector<AnyCheck>& checks) {
+    std::vector<FolderProject> projects;
+    try {
+        projects = repositoryProjects(path);
+    } catch (const ProjectSelectionError& error) {
+        return reportLoadFailure(error, err);
+    }
+    // Rows drawn in place belong to one project at a time; a run over
+    // several prints its report once, at the end.
+    ScanOptions each = options;
+    each.live = false;
+    each.pace = false;
+
+    std::vector<ProjectReport> reports;
+    int status = kExitClean;
+    for (FolderProject& project : projects) {
+        std::ostringstream report;
+        std::ostringstream log;
+        const int projectStatus = scanLocation(project.path, each, report, log, checks);
+        status = std::max(status, projectStatus);
+        ProjectReport done{.project = std::move(project), .report = {}, .failure = {}};
+        if (projectStatus == kExitNotLoaded) {
+            done.failure = reasonIn(log.str());
+            err << "kelvane: " << done.project.path << ": " << *done.failure << '\n';
+        } else {
+            done.report = report.str();
+            forwardLog(done.project.path, log.str(), err);
+        }
+        reports.push_back(std::move(done));
+    }
+    writeCombinedReport(path, reports, options.format, options.style, out);
+    return status;
+}
+
+} // namespace kelvane::cli
