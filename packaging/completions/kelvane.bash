@@ -33,7 +33,7 @@ _kelvane() {
     scan)
         if [[ $cur == -* ]]; then
             COMPREPLY=($(compgen -W "--format --fail-on --output --color --no-pace --as-built
-                --configuration --help" -- "$cur"))
+                --configuration --all --skip --only --baseline --write-baseline --help" -- "$cur"))
         else
             compopt -o filenames 2>/dev/null
             COMPREPLY=($(compgen -d -- "$cur"))

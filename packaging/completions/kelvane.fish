@@ -19,3 +19,8 @@ complete -c kelvane -n '__fish_seen_subcommand_from inspect checks' -l format -x
 complete -c kelvane -n '__fish_seen_subcommand_from scan inspect' -l as-built -d 'Read the project as Xcode builds it'
 complete -c kelvane -n '__fish_seen_subcommand_from scan inspect' -l configuration -x -a 'Debug Release' -d 'With --as-built, the configuration to resolve'
 complete -c kelvane -n '__fish_seen_subcommand_from explain' -x -a '(kelvane checks 2>/dev/null | string replace -r " .*" "")'
+complete -c kelvane -n '__fish_seen_subcommand_from scan' -l all -d 'Scan every top-level project beneath the folder'
+complete -c kelvane -n '__fish_seen_subcommand_from scan' -l skip -x -a '(kelvane checks | cut -d" " -f1)' -d 'Do not run this check'
+complete -c kelvane -n '__fish_seen_subcommand_from scan' -l only -x -a '(kelvane checks | cut -d" " -f1)' -d 'Run only this check'
+complete -c kelvane -n '__fish_seen_subcommand_from scan' -l baseline -r -F -d 'Report only findings FILE does not hold'
+complete -c kelvane -n '__fish_seen_subcommand_from scan' -l write-baseline -r -F -d 'Record the findings in FILE'

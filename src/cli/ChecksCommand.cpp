@@ -36,11 +36,15 @@ void addChecksCommand(CLI::App& app, CommandIO& io) {
     command->add_option("--format", *format, "Output format")
         ->check(CLI::IsMember({"text", "json"}))
         ->capture_default_str();
-    command->callback([format, &io] {
+    auto asBuilt = std::make_shared<bool>(false);
+    command->add_flag("--as-built", *asBuilt,
+                      "The checks a scan runs as built: the nine, then those only that reading has");
+    command->callback([format, asBuilt, &io] {
+        const std::vector<AnyCheck> checks = *asBuilt ? makeAsBuiltCheckRegistry() : makeCheckRegistry();
         if (*format == "json") {
-            writeCheckListJson(makeCheckRegistry(), io.out);
+            writeCheckListJson(checks, io.out);
         } else {
-            writeCheckList(makeCheckRegistry(), io.out);
+            writeCheckList(checks, io.out);
         }
     });
 }

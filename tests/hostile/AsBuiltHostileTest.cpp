@@ -38,10 +38,12 @@ struct HostileConfig {
 std::string doubling(int levels) {
     std::string text = "PRODUCT_BUNDLE_IDENTIFIER = $(L0)\n";
     for (int i = 0; i < levels; ++i) {
-        text += "L" + std::to_string(i) + " = $(L" + std::to_string(i + 1) + ")$(L" +
-                std::to_string(i + 1) + ")\n";
+        const std::string next = std::to_string(i + 1);
+        text.append("L").append(std::to_string(i)).append(" = $(L").append(next);
+        text.append(")$(L").append(next).append(")\n");
     }
-    return text + "L" + std::to_string(levels) + " = abcdefgh\n";
+    text.append("L").append(std::to_string(levels)).append(" = abcdefgh\n");
+    return text;
 }
 
 TEST(AsBuiltHostileInput, SettingFilesEndQuicklyWithValuesOrUnknownsNeverHangs) {
