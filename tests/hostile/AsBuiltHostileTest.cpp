@@ -65,9 +65,13 @@ TEST(AsBuiltHostileInput, SettingFilesEndQuicklyWithValuesOrUnknownsNeverHangs) 
         {"includes 500 deep",
          [](const TempDir& dir) {
              for (int i = 0; i < 500; ++i) {
-                 dir.write("P/Config/" + std::string(i == 0 ? "Base" : "D" + std::to_string(i)) +
-                               ".xcconfig",
-                           "#include \"D" + std::to_string(i + 1) + ".xcconfig\"\n");
+                 std::string name = i == 0 ? std::string("Base") : std::string("D");
+                 if (i != 0) {
+                     name.append(std::to_string(i));
+                 }
+                 std::string include = "#include \"D";
+                 include.append(std::to_string(i + 1)).append(".xcconfig\"\n");
+                 dir.write("P/Config/" + name + ".xcconfig", include);
              }
          },
          true},
