@@ -103,7 +103,9 @@ TEST_F(ScanAll, AProjectThatDoesNotLoadIsReportedInEveryFormatAndTheOthersGoOn) 
         EXPECT_EQ(run.status, 2);
         EXPECT_NE(run.out.find(shown), std::string::npos) << run.out;
         EXPECT_EQ(run.err, "kelvane: " + broken + ": " + reason + "\n");
-        EXPECT_NE(run.out.find(dir.file("Good/Good.xcodeproj")), std::string::npos) << run.out;
+        // Some formats name files relative to the current folder, so only
+        // the end of the path is the same everywhere.
+        EXPECT_NE(run.out.find("Good/Good.xcodeproj"), std::string::npos) << run.out;
     }
 }
 
