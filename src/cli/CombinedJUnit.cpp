@@ -1,5 +1,7 @@
 #include "cli/CombinedJUnit.h"
 
+#include "cli/JUnitReport.h"
+
 #include "model/FilePath.h"
 
 #include <expat.h>
@@ -95,54 +97,21 @@ ReadBack read(std::string_view document) {
     return reading;
 }
 
-// Tab and line breaks are the only control characters XML 1.0 allows; a line
-// break in an attribute would be read back as a space.
-std::string attributeText(std::string_view text) {
-    std::string result;
-    for (const char c : text) {
-        switch (c) {
-        case '&':
-            result += "&amp;";
-            break;
-        case '<':
-            result += "&lt;";
-            break;
-        case '>':
-            result += "&gt;";
-            break;
-        case '"':
-            result += "&quot;";
-            break;
-        case '\n':
-            result += "&#10;";
-            break;
-        case '\r':
-            result += "&#13;";
-            break;
-        default:
-            if (static_cast<unsigned char>(c) >= 0x20 || c == '\t') {
-                result += c;
-            }
-        }
-    }
-    return result;
-}
-
 std::string notLoadedSuite(const ProjectReport& project) {
     const std::string suite =
-        attributeText("kelvane." + std::string(path::stem(project.project.path)));
+        xmlAttributeText("kelvane." + std::string(path::stem(project.project.path)));
     return "<testsuite name=\"" + suite +
            "\" tests=\"1\" failures=\"0\" errors=\"1\" skipped=\"0\" time=\"0.000\">\n"
            "    <properties>\n"
            "      <property name=\"projectPath\" value=\"" +
-           attributeText(project.project.path) +
+           xmlAttributeText(project.project.path) +
            "\"/>\n"
            "    </properties>\n"
            "    <testcase classname=\"" +
            suite +
            "\" name=\"Load project\" id=\"load\">\n"
            "      <error type=\"notLoaded\" message=\"" +
-           attributeText(*project.failure) +
+           xmlAttributeText(*project.failure) +
            "\"/>\n"
            "    </testcase>\n"
            "  </testsuite>";

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "cli/CheckFailures.h"
+#include "scanner/ProjectScanResult.h"
 #include "scanner/ProjectScanner.h"
 
 #include <string>
@@ -16,6 +18,13 @@ struct FinishedScan {
     double scanDuration = 0;
     ScanReport report;
 };
+
+// The report's view of a completed scan: the rows the scanner reported (in
+// registry order) with the failure of each check that threw. The window keeps
+// no record of failures, so its checks that threw read as finished without an
+// issue, as they do on its screen.
+[[nodiscard]] FinishedScan finishedScan(const ProjectScanResult& result,
+                                        const CheckFailures& failures = {});
 
 // A check's display title; its id when it has none (a check the title list
 // does not know).

@@ -118,4 +118,8 @@ void writeJUnitReport(const FinishedScan& scan, std::ostream& out) {
     out << "  </testsuite>\n</testsuites>\n";
 }
 
+std::string xmlAttributeText(std::string_view text) {
+    return escaped(text);
+}
+
 } // namespace kelvane::cli

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <string_view>
+
 #include "cli/FinishedScan.h"
 
 #include <ostream>
@@ -11,5 +14,9 @@ namespace kelvane::cli {
 // (its type says which), a check that threw is an error, a check that
 // returned nothing is skipped.
 void writeJUnitReport(const FinishedScan& scan, std::ostream& out);
+
+// Text as a JUnit attribute value holds it: markup escaped, line breaks as
+// character references, other control characters dropped.
+[[nodiscard]] std::string xmlAttributeText(std::string_view text);
 
 } // namespace kelvane::cli

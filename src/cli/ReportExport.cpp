@@ -14,21 +14,6 @@ namespace kelvane::cli {
 
 namespace {
 
-// The window keeps no record of checks that threw: they read as finished
-// without an issue, as they do on its screen.
-FinishedScan finishedScanOf(const ProjectScanResult& result) {
-    FinishedScan scan{.projectPath = result.projectPath,
-                      .projectName = result.projectName,
-                      .scanDuration = result.scanDuration,
-                      .report = {.issues = result.issues, .checks = {}}};
-    for (const CheckProgress& row : result.checkProgress) {
-        if (row.status == CheckStatus::completed) {
-            scan.report.checks.push_back(CheckOutcome{.checkID = row.id, .issue = row.issue});
-        }
-    }
-    return scan;
-}
-
 EvidenceFiles evidenceFilesOf(const std::string& projectPath, bool asBuilt) {
     try {
         Reading reading;
@@ -71,7 +56,7 @@ std::optional<ExportFormat> exportFormatForFile(std::string_view fileName) noexc
 
 void writeExportedReport(const ProjectScanResult& result, ExportFormat format, bool asBuilt,
                          std::ostream& out) {
-    const FinishedScan scan = finishedScanOf(result);
+    const FinishedScan scan = finishedScan(result);
     switch (format) {
     case ExportFormat::json:
         out << toDocument(toJson(scan));

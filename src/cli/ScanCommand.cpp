@@ -37,28 +37,6 @@ namespace {
 // Often enough for the spinner to turn at least once per paced check.
 constexpr std::chrono::milliseconds kSpinnerInterval{80};
 
-// The report's view of a completed scan: the rows the scanner reported (in
-// registry order) with the failure of each check that threw.
-FinishedScan finishedScan(const ProjectScanResult& result, const CheckFailures& failures) {
-    FinishedScan scan{.projectPath = result.projectPath,
-                      .projectName = result.projectName,
-                      .scanDuration = result.scanDuration,
-                      .report = {.issues = result.issues, .checks = {}}};
-    for (const CheckProgress& row : result.checkProgress) {
-        if (row.status != CheckStatus::completed) {
-            continue; // no registered check answered to it
-        }
-        const auto failure = failures.find(row.id);
-        scan.report.checks.push_back(CheckOutcome{
-            .checkID = row.id,
-            .issue = row.issue,
-            .failure = failure == failures.end() ? std::nullopt
-                                                 : std::optional<std::string>(failure->second),
-        });
-    }
-    return scan;
-}
-
 EvidenceFiles evidenceFiles(const std::string& projectPath, const Reading& reading) {
     // The scan keeps no model, and evidence names only targets and file
     // names; loading once more is cheap and gives the paths.

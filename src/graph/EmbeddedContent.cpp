@@ -14,11 +14,11 @@ namespace {
 // (16) counts only with a path into a bundle folder such as
 // $(CONTENTS_FOLDER_PATH)/Watch; "Absolute Path" (0) never does.
 bool copiesIntoBundle(const plist::Dictionary& phase) {
-    const std::string* spec = plist::findString(phase, "dstSubfolderSpec");
-    if (spec == nullptr || *spec == "0") {
+    const std::string* folder = plist::findString(phase, "dstSubfolderSpec");
+    if (folder == nullptr || *folder == "0") {
         return false;
     }
-    if (*spec == "16") {
+    if (*folder == "16") {
         const std::string* destination = plist::findString(phase, "dstPath");
         return destination != nullptr && destination->find("FOLDER_PATH)") != std::string::npos;
     }
