@@ -20,6 +20,6 @@ public:
 // The text forms are read as the bytes arrive; the binary form, which is
 // read by offsets, is gathered whole first.
 [[nodiscard]] Value readPropertyList(std::string head, ByteSource& rest, const std::string& source,
-                                     const ReadLimits& limits);
+                                     const ReadLimits& limits, KeyPositions* positions = nullptr);
 
 } // namespace kelvane::plist

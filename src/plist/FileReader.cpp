@@ -101,15 +101,16 @@ std::string readFile(const std::string& path) {
     return bytes;
 }
 
-Value readPropertyListFile(const std::string& path, const ReadLimits& limits) {
+Value readPropertyListFile(const std::string& path, const ReadLimits& limits,
+                           KeyPositions* positions) {
     const FileHandle file = openRegularFile(path);
     FileByteSource input(file.get(), path);
     std::string head(kWholeFileLimit, '\0');
     head.resize(input.read(head.data(), head.size()));
     if (head.size() < kWholeFileLimit) {
-        return readPropertyList(head, path, limits);
+        return readPropertyList(head, path, limits, positions);
     }
-    return readPropertyList(std::move(head), input, path, limits);
+    return readPropertyList(std::move(head), input, path, limits, positions);
 }
 
 } // namespace kelvane::plist

@@ -1,6 +1,7 @@
 #include "plist/OldStyleReader.h"
 
 #include "plist/ByteSource.h"
+#include "plist/KeyPositions.h"
 #include "plist/ParseError.h"
 #include "plist/Utf8.h"
 
@@ -78,14 +79,17 @@ std::string hexByte(unsigned char byte) {
 // of the text through the dropped part.
 class OldStyleParser {
 public:
-    OldStyleParser(std::string_view bytes, const std::string& source, const ReadLimits& limits)
+    OldStyleParser(std::string_view bytes, const std::string& source, const ReadLimits& limits,
+                   KeyPositions* positions)
         : begin_(bytes.data()), p_(bytes.data()), end_(bytes.data() + bytes.size()),
-          validEnd_(begin_), source_(source), limits_(limits) {}
+          validEnd_(begin_), cursor_(begin_), source_(source), limits_(limits),
+          positions_(positions) {}
 
     OldStyleParser(std::string head, ByteSource& rest, const std::string& source,
-                   const ReadLimits& limits)
+                   const ReadLimits& limits, KeyPositions* positions)
         : buffer_(std::move(head)), input_(&rest), begin_(buffer_.data()), p_(begin_), end_(begin_),
-          validEnd_(begin_), source_(source), limits_(limits) {
+          validEnd_(begin_), cursor_(begin_), source_(source), limits_(limits),
+          positions_(positions) {
         // The window starts with the head; make sure it holds a whole BOM.
         const char* keep = begin_;
         refill(keep, buffer_.size());
@@ -208,6 +212,28 @@ private:
         }
     }
 
+    // Moves the position cursor forward to `to`. Every byte passes under it
+    // once, so it must be cheap: lines are found with memchr, and only text
+    // with a carriage return takes the byte-by-byte way.
+    void moveCursor(const char* to) {
+        const char* from = cursor_;
+        const auto length = static_cast<std::size_t>(to - from);
+        if (std::memchr(from, '\r', length) != nullptr) {
+            advance(cursorLine_, cursorColumn_, from, to);
+        } else {
+            const char* lineStart = from;
+            while (const void* found = std::memchr(lineStart, '\n',
+                                                   static_cast<std::size_t>(to - lineStart))) {
+                lineStart = static_cast<const char*>(found) + 1;
+                ++cursorLine_;
+                cursorColumn_ = 1;
+            }
+            cursorColumn_ += static_cast<std::size_t>(std::count_if(
+                lineStart, to, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+        }
+        cursor_ = to;
+    }
+
     [[noreturn]] void fail(const char* at, const std::string& reason) const {
         std::size_t line = baseLine_;
         std::size_t column = baseColumn_;
@@ -255,6 +281,10 @@ private:
             --from; // whether it ends a line depends on the byte after it
         }
         advance(baseLine_, baseColumn_, begin_, from);
+        if (positions_ != nullptr && cursor_ < from) {
+            moveCursor(from);
+        }
+        const std::ptrdiff_t cursorAt = positions_ != nullptr ? cursor_ - from : 0;
         const auto keepAt = static_cast<std::size_t>(keep - from);
         const auto pAt = static_cast<std::size_t>(p_ - from);
         const auto validAt = static_cast<std::size_t>(validEnd_ - from);
@@ -274,6 +304,7 @@ private:
         begin_ = buffer_.data();
         end_ = begin_ + kept + count;
         keep = begin_ + keepAt;
+        cursor_ = begin_ + cursorAt;
         p_ = begin_ + pAt;
         validEnd_ = begin_ + validAt;
         validate(inputDone_);
@@ -395,6 +426,10 @@ private:
         }
         frames_.push_back(
             {dictionary, dictionary ? entries_.size() : elements_.size(), false, {}, {}});
+        if (positions_ != nullptr) {
+            keyPath_.resize(frames_.size());
+            keyPath_.back().clear(); // a dictionary's first key sets its own
+        }
         ++p_;
     }
 
@@ -432,6 +467,11 @@ private:
         if (p_ == end_) {
             fail(p_, "unexpected end of file");
         }
+        TextPosition keyAt;
+        if (positions_ != nullptr) {
+            moveCursor(p_);
+            keyAt = {cursorLine_, cursorColumn_};
+        }
         std::string key;
         if (*p_ == '"' || *p_ == '\'') {
             key = readQuoted();
@@ -439,6 +479,13 @@ private:
             key = readUnquoted();
         } else {
             failExpected("a key or '}'");
+        }
+        if (positions_ != nullptr) {
+            keyPath_.resize(frames_.size());
+            keyPath_.back() = key;
+            if (positions_->wants(keyPath_)) {
+                positions_->record(keyPath_, keyAt);
+            }
         }
         Frame& frame = frames_.back();
         if (frame.owned) {
@@ -670,8 +717,15 @@ private:
     std::size_t values_ = 0;
     std::size_t baseLine_ = 1; // where begin_ is in the whole text
     std::size_t baseColumn_ = 1;
+    // Only when positions are asked for: where cursor_ stands in the whole
+    // text, and the keys around the entry being read.
+    const char* cursor_;
+    std::size_t cursorLine_ = 1;
+    std::size_t cursorColumn_ = 1;
+    KeyPositions::Path keyPath_;
     const std::string& source_;
     const ReadLimits& limits_;
+    KeyPositions* positions_;
     std::vector<Frame> frames_;
     std::vector<DictionaryEntry> entries_;
     Array elements_;
@@ -679,13 +733,14 @@ private:
 
 } // namespace
 
-Value readOldStyle(std::string_view bytes, const std::string& source, const ReadLimits& limits) {
-    return OldStyleParser(bytes, source, limits).parse();
+Value readOldStyle(std::string_view bytes, const std::string& source, const ReadLimits& limits,
+                   KeyPositions* positions) {
+    return OldStyleParser(bytes, source, limits, positions).parse();
 }
 
 Value readOldStyle(std::string head, ByteSource& rest, const std::string& source,
-                   const ReadLimits& limits) {
-    return OldStyleParser(std::move(head), rest, source, limits).parse();
+                   const ReadLimits& limits, KeyPositions* positions) {
+    return OldStyleParser(std::move(head), rest, source, limits, positions).parse();
 }
 
 } // namespace kelvane::plist

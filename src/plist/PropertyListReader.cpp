@@ -28,18 +28,18 @@ bool looksLikeXml(std::string_view bytes) {
 } // namespace
 
 Value readPropertyList(std::string_view bytes, const std::string& source,
-                       const ReadLimits& limits) {
+                       const ReadLimits& limits, KeyPositions* positions) {
     if (bytes.starts_with("bplist00")) {
         return readBinary(bytes, source, limits);
     }
     if (looksLikeXml(bytes)) {
-        return readXml(bytes, source, limits);
+        return readXml(bytes, source, limits, positions);
     }
-    return readOldStyle(bytes, source, limits);
+    return readOldStyle(bytes, source, limits, positions);
 }
 
 Value readPropertyList(std::string head, ByteSource& rest, const std::string& source,
-                       const ReadLimits& limits) {
+                       const ReadLimits& limits, KeyPositions* positions) {
     if (head.starts_with("bplist00")) {
         char buffer[1 << 16];
         while (const std::size_t count = rest.read(buffer, sizeof buffer)) {
@@ -48,9 +48,9 @@ Value readPropertyList(std::string head, ByteSource& rest, const std::string& so
         return readBinary(head, source, limits);
     }
     if (looksLikeXml(head)) {
-        return readXml(head, rest, source, limits);
+        return readXml(head, rest, source, limits, positions);
     }
-    return readOldStyle(std::move(head), rest, source, limits);
+    return readOldStyle(std::move(head), rest, source, limits, positions);
 }
 
 } // namespace kelvane::plist

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "plist/KeyPositions.h"
 #include "plist/Value.h"
 
 #include <string>
@@ -22,15 +23,18 @@ struct ReadLimits {
 // binary ("bplist00"), XML (begins, after blanks, with "<?xml", "<!DOCTYPE",
 // "<plist" or "<!--"), otherwise the old-style text form of project.pbxproj.
 // `source` names the bytes in error messages (usually the file path).
-// Throws ParseError.
+// Where `positions` is given, the text forms record where its wanted keys
+// stand; reading without it costs nothing extra. Throws ParseError.
 [[nodiscard]] Value readPropertyList(std::string_view bytes, const std::string& source,
-                                     const ReadLimits& limits = {});
+                                     const ReadLimits& limits = {},
+                                     KeyPositions* positions = nullptr);
 
 // Reads a whole regular file. Throws FileReadError; a path that names a
 // folder, a FIFO or a device fails instead of blocking.
 [[nodiscard]] std::string readFile(const std::string& path);
 
 // readFile followed by readPropertyList with the path as source.
-[[nodiscard]] Value readPropertyListFile(const std::string& path, const ReadLimits& limits = {});
+[[nodiscard]] Value readPropertyListFile(const std::string& path, const ReadLimits& limits = {},
+                                         KeyPositions* positions = nullptr);
 
 } // namespace kelvane::plist

@@ -129,8 +129,9 @@ std::string quoted(std::string_view text) {
 // parser, and read() throws once XML_Parse has returned.
 class XmlPlistBuilder {
 public:
-    XmlPlistBuilder(const std::string& source, const ReadLimits& limits)
-        : source_(source), limits_(limits), parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {}
+    XmlPlistBuilder(const std::string& source, const ReadLimits& limits, KeyPositions* positions)
+        : source_(source), limits_(limits), positions_(positions),
+          parser_(XML_ParserCreate(nullptr), &XML_ParserFree) {}
 
     Value read(std::string_view bytes) {
         prepare();
@@ -301,6 +302,10 @@ private:
             }
             frames_.push_back(
                 {*element, *element == Element::dict ? entries_.size() : elements_.size()});
+            if (positions_ != nullptr) {
+                keyPath_.resize(containerDepth());
+                keyPath_.back().clear(); // a dictionary's keys set their own
+            }
             return;
         }
         scalar_ = element;
@@ -322,6 +327,13 @@ private:
             const Element element = *scalar_;
             scalar_.reset();
             if (element == Element::key) {
+                if (positions_ != nullptr) {
+                    keyPath_.resize(containerDepth());
+                    keyPath_.back() = text_;
+                    if (positions_->wants(keyPath_)) {
+                        positions_->record(keyPath_, {scalarStart_.line, scalarStart_.column});
+                    }
+                }
                 entries_.push_back({std::move(text_), Value()});
                 frames_.back().keyPending = true;
                 text_ = std::string();
@@ -400,6 +412,11 @@ private:
         }
     }
 
+    // Dictionaries and arrays around the current element; <plist> is none.
+    std::size_t containerDepth() const {
+        return frames_.size() - (frames_.front().element == Element::plist ? 1 : 0);
+    }
+
     void deliver(Value value) {
         if (frames_.empty()) {
             root_ = std::move(value);
@@ -416,6 +433,8 @@ private:
 
     const std::string& source_;
     const ReadLimits& limits_;
+    KeyPositions* positions_;
+    KeyPositions::Path keyPath_; // only when positions are asked for
     std::size_t values_ = 0;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, decltype(&XML_ParserFree)> parser_;
     std::optional<Failure> failure_;
@@ -431,13 +450,14 @@ private:
 
 } // namespace
 
-Value readXml(std::string_view bytes, const std::string& source, const ReadLimits& limits) {
-    return XmlPlistBuilder(source, limits).read(bytes);
+Value readXml(std::string_view bytes, const std::string& source, const ReadLimits& limits,
+              KeyPositions* positions) {
+    return XmlPlistBuilder(source, limits, positions).read(bytes);
 }
 
 Value readXml(std::string_view head, ByteSource& rest, const std::string& source,
-              const ReadLimits& limits) {
-    return XmlPlistBuilder(source, limits).read(head, rest);
+              const ReadLimits& limits, KeyPositions* positions) {
+    return XmlPlistBuilder(source, limits, positions).read(head, rest);
 }
 
 } // namespace kelvane::plist
