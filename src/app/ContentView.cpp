@@ -2,6 +2,7 @@
 
 #include "app/ScanFailedView.h"
 #include "graph/AsBuiltLoading.h"
+#include "parser/ProjectParser.h"
 #include "views/ProjectPickerView.h"
 #include "views/ScanningResultsView.h"
 
@@ -52,12 +53,15 @@ void ContentView::open(const std::string& path) {
 
 void ContentView::setReadAsBuilt(bool asBuilt) {
     asBuilt_ = asBuilt;
+    // Positions are read too, so an exported report points at lines.
     if (!asBuilt) {
-        viewModel_.setReading(makeCheckRegistry(), {});
+        viewModel_.setReading(makeCheckRegistry(), [](const std::string& projectPath) {
+            return ProjectParser().parseProject(projectPath, true);
+        });
         return;
     }
     viewModel_.setReading(makeAsBuiltCheckRegistry(), [](const std::string& projectPath) {
-        return loadAsBuiltForScan(projectPath, std::nullopt);
+        return loadAsBuiltForScan(projectPath, std::nullopt, true);
     });
 }
 

@@ -400,8 +400,7 @@ bool KelvaneApp::exportReport(const ReportDestination& destination) {
         return false;
     }
     std::ostringstream report;
-    cli::writeExportedReport(completed->result, destination.format, content_->readsAsBuilt(),
-                             report);
+    cli::writeExportedReport(completed->result, destination.format, report);
     // All or nothing: a failed write leaves no half report behind.
     QSaveFile file(destination.path);
     if (!file.open(QIODevice::WriteOnly)) {

@@ -12,7 +12,7 @@ FinishedScan finishedScan(const ProjectScanResult& result, const CheckFailures& 
     FinishedScan scan{.projectPath = result.projectPath,
                       .projectName = result.projectName,
                       .scanDuration = result.scanDuration,
-                      .report = {.issues = result.issues, .checks = {}}};
+                      .report = {.issues = result.issues, .checks = {}, .project = result.project}};
     for (const CheckProgress& row : result.checkProgress) {
         if (row.status != CheckStatus::completed) {
             continue; // no registered check answered to it

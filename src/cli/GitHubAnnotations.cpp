@@ -48,14 +48,21 @@ std::string escapedProperty(std::string_view text) {
 
 } // namespace
 
-void writeGitHubAnnotations(const FinishedScan& scan, const EvidenceFiles& files,
+void writeGitHubAnnotations(const FinishedScan& scan, const EvidenceLocations& locations,
                             std::ostream& out) {
     for (const Finding& finding : findings(scan)) {
         const DoctorIssue& issue = *finding.issue;
         out << "::" << rawValue(issue.severity) << ' ';
-        const std::vector<std::string> issueFiles = files.filesFor(issue);
-        if (!issueFiles.empty()) {
-            out << "file=" << escapedProperty(relativeToCurrentFolder(issueFiles.front())) << ',';
+        const std::vector<EvidenceLocation> places = locations.locationsFor(issue);
+        if (!places.empty()) {
+            const EvidenceLocation& place = places.front();
+            out << "file=" << escapedProperty(relativeToCurrentFolder(place.file)) << ',';
+            if (place.line != 0) {
+                out << "line=" << place.line << ',';
+                if (place.column != 0) {
+                    out << "col=" << place.column << ',';
+                }
+            }
         }
         const std::string configurations =
             issue.configurations.empty() ? "" : " in " + join(issue.configurations, ", ");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/EvidenceFiles.h"
+#include "cli/EvidenceLocations.h"
 #include "cli/FinishedScan.h"
 
 #include <ostream>
@@ -10,7 +10,7 @@ namespace kelvane::cli {
 // GitHub Actions workflow commands, one per warning or error
 // (`::error file=...,title=...::message`), so findings show as annotations
 // on the run and on the files of a pull request.
-void writeGitHubAnnotations(const FinishedScan& scan, const EvidenceFiles& files,
+void writeGitHubAnnotations(const FinishedScan& scan, const EvidenceLocations& locations,
                             std::ostream& out);
 
 } // namespace kelvane::cli

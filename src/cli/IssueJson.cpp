@@ -141,6 +141,7 @@ Json toJson(const EvidenceItem& item) {
         Json origin;
         origin["file"] = item.origin->file.empty() ? Json(nullptr) : Json(item.origin->file);
         origin["line"] = item.origin->line == 0 ? Json(nullptr) : Json(item.origin->line);
+        origin["column"] = item.origin->column == 0 ? Json(nullptr) : Json(item.origin->column);
         origin["level"] = item.origin->level;
         json["origin"] = std::move(origin);
     }

@@ -12,12 +12,14 @@ ProjectContext loadProject(const std::string& projectPath, const Reading& readin
     return loadAsBuilt(projectPath, reading.configuration);
 }
 
-ProjectScanner::ProjectLoader projectLoader(const Reading& reading) {
+ProjectScanner::ProjectLoader projectLoader(const Reading& reading, bool positions) {
     if (!reading.asBuilt) {
-        return {};
+        return [positions](const std::string& projectPath) {
+            return ProjectParser().parseProject(projectPath, positions);
+        };
     }
-    return [configuration = reading.configuration](const std::string& projectPath) {
-        return loadAsBuiltForScan(projectPath, configuration);
+    return [configuration = reading.configuration, positions](const std::string& projectPath) {
+        return loadAsBuiltForScan(projectPath, configuration, positions);
     };
 }
 

@@ -22,8 +22,10 @@ struct Reading {
 [[nodiscard]] ProjectContext loadProject(const std::string& projectPath, const Reading& reading);
 
 // The scanner's loader: as built, every configuration is resolved (or only
-// the one named), since a problem may live in any of them.
-[[nodiscard]] ProjectScanner::ProjectLoader projectLoader(const Reading& reading);
+// the one named), since a problem may live in any of them. With `positions`
+// the project also says where its build settings are written, for reports
+// that point at lines.
+[[nodiscard]] ProjectScanner::ProjectLoader projectLoader(const Reading& reading, bool positions);
 
 // `--as-built` and `--configuration NAME` on a command.
 void addReadingOptions(CLI::App& command, Reading& reading);

@@ -1,9 +1,8 @@
 #include "cli/ReportExport.h"
 
-#include "cli/EvidenceFiles.h"
+#include "cli/EvidenceLocations.h"
 #include "cli/FinishedScan.h"
 #include "cli/ModelJson.h"
-#include "cli/Reading.h"
 #include "cli/SarifReport.h"
 #include "cli/ScanJson.h"
 #include "cli/ScanText.h"
@@ -11,21 +10,6 @@
 #include <exception>
 
 namespace kelvane::cli {
-
-namespace {
-
-EvidenceFiles evidenceFilesOf(const std::string& projectPath, bool asBuilt) {
-    try {
-        Reading reading;
-        reading.asBuilt = asBuilt;
-        return EvidenceFiles(loadProject(projectPath, reading));
-    } catch (const std::exception&) {
-        // Gone or changed since the scan: the results still stand, unlocated.
-        return EvidenceFiles();
-    }
-}
-
-} // namespace
 
 std::string_view exportExtension(ExportFormat format) noexcept {
     switch (format) {
@@ -54,15 +38,16 @@ std::optional<ExportFormat> exportFormatForFile(std::string_view fileName) noexc
     return std::nullopt;
 }
 
-void writeExportedReport(const ProjectScanResult& result, ExportFormat format, bool asBuilt,
-                         std::ostream& out) {
-    const FinishedScan scan = finishedScan(result);
+void writeExportedReport(const ProjectScanResult& result, ExportFormat format, std::ostream& out) {
+    FinishedScan scan = finishedScan(result);
+    const EvidenceLocations locations(result.project);
+    placeOrigins(scan.report, locations);
     switch (format) {
     case ExportFormat::json:
         out << toDocument(toJson(scan));
         return;
     case ExportFormat::sarif:
-        writeSarifReport(scan, evidenceFilesOf(scan.projectPath, asBuilt), out);
+        writeSarifReport(scan, locations, out);
         return;
     case ExportFormat::text:
         writeScanText(scan, out);

@@ -18,10 +18,8 @@ enum class ExportFormat { json, sarif, text };
 [[nodiscard]] std::string_view exportExtension(ExportFormat format) noexcept;
 [[nodiscard]] std::optional<ExportFormat> exportFormatForFile(std::string_view fileName) noexcept;
 
-// Writes `result` as `format`. `asBuilt` is how the project was read, so
-// that SARIF locates the evidence in the same files the scan read. The text
-// is the terminal's, without colour.
-void writeExportedReport(const ProjectScanResult& result, ExportFormat format, bool asBuilt,
-                         std::ostream& out);
+// Writes `result` as `format`, locating evidence in the project the scan
+// read. The text is the terminal's, without colour.
+void writeExportedReport(const ProjectScanResult& result, ExportFormat format, std::ostream& out);
 
 } // namespace kelvane::cli

@@ -51,14 +51,19 @@ Json rules(const FinishedScan& scan) {
     return rules;
 }
 
-Json locations(const DoctorIssue& issue, const EvidenceFiles& files) {
+Json locations(const DoctorIssue& issue, const EvidenceLocations& places) {
     Json locations = Json::array();
-    for (const std::string& file : files.filesFor(issue)) {
-        // Line numbers are not tracked; line 1 stands for the whole file,
-        // which GitHub needs to place an alert at all.
+    for (const EvidenceLocation& place : places.locationsFor(issue)) {
         Json physical;
-        physical["artifactLocation"] = {{"uri", uriReference(relativeToCurrentFolder(file))}};
-        physical["region"] = {{"startLine", 1}};
+        physical["artifactLocation"] = {
+            {"uri", uriReference(relativeToCurrentFolder(place.file))}};
+        // Where no line is known, line 1 stands for the whole file, which
+        // GitHub needs to place an alert at all.
+        Json region = {{"startLine", place.line == 0 ? 1 : place.line}};
+        if (place.column != 0) {
+            region["startColumn"] = place.column;
+        }
+        physical["region"] = std::move(region);
         locations.push_back({{"physicalLocation", std::move(physical)}});
     }
     return locations;
@@ -66,7 +71,8 @@ Json locations(const DoctorIssue& issue, const EvidenceFiles& files) {
 
 } // namespace
 
-void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std::ostream& out) {
+void writeSarifReport(const FinishedScan& scan, const EvidenceLocations& places,
+                      std::ostream& out) {
     Json results = Json::array();
     const auto& checks = scan.report.checks;
     for (const Finding& finding : findings(scan)) {
@@ -80,7 +86,7 @@ void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std:
         }
         result["level"] = std::string(rawValue(finding.issue->severity));
         result["message"] = {{"text", message(*finding.issue)}};
-        result["locations"] = locations(*finding.issue, files);
+        result["locations"] = locations(*finding.issue, places);
         result["properties"] = {{"issueId", finding.issue->id}};
         if (!finding.issue->configurations.empty()) {
             result["properties"]["configurations"] = finding.issue->configurations;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/EvidenceFiles.h"
+#include "cli/EvidenceLocations.h"
 #include "cli/FinishedScan.h"
 
 #include <ostream>
@@ -10,6 +10,6 @@ namespace kelvane::cli {
 // SARIF 2.1.0 as GitHub code scanning reads it: one rule per check, one
 // result per warning or error, located at the files its evidence names,
 // relative to the current folder. Checks that threw are tool notifications.
-void writeSarifReport(const FinishedScan& scan, const EvidenceFiles& files, std::ostream& out);
+void writeSarifReport(const FinishedScan& scan, const EvidenceLocations& locations, std::ostream& out);
 
 } // namespace kelvane::cli

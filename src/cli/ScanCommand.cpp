@@ -1,7 +1,7 @@
 #include "cli/ScanCommand.h"
 
 #include "cli/CheckFailures.h"
-#include "cli/EvidenceFiles.h"
+#include "cli/EvidenceLocations.h"
 #include "cli/GitHubAnnotations.h"
 #include "cli/JUnitReport.h"
 #include "cli/LiveProgress.h"
@@ -37,17 +37,26 @@ namespace {
 // Often enough for the spinner to turn at least once per paced check.
 constexpr std::chrono::milliseconds kSpinnerInterval{80};
 
-EvidenceFiles evidenceFiles(const std::string& projectPath, const Reading& reading) {
-    // The scan keeps no model, and evidence names only targets and file
-    // names; loading once more is cheap and gives the paths.
-    try {
-        return EvidenceFiles(loadProject(projectPath, reading));
-    } catch (const std::exception&) {
-        return EvidenceFiles();
+// The formats an IDE or a CI system reads point at lines; read as built, the
+// text and JSON show where each value was set. Positions cost reading time,
+// so the rest go without.
+bool wantsPositions(const ScanOptions& options) {
+    switch (options.format) {
+    case ScanFormat::sarif:
+    case ScanFormat::github:
+    case ScanFormat::xcode:
+        return true;
+    case ScanFormat::text:
+    case ScanFormat::json:
+        return options.reading.asBuilt;
+    case ScanFormat::junit:
+        break;
     }
+    return false;
 }
 
-void writeReport(const FinishedScan& scan, const ScanOptions& options, std::ostream& out) {
+void writeReport(const FinishedScan& scan, const EvidenceLocations& locations,
+                 const ScanOptions& options, std::ostream& out) {
     switch (options.format) {
     case ScanFormat::text:
         writeScanText(scan, out, options.style);
@@ -56,16 +65,16 @@ void writeReport(const FinishedScan& scan, const ScanOptions& options, std::ostr
         out << toDocument(toJson(scan));
         return;
     case ScanFormat::sarif:
-        writeSarifReport(scan, evidenceFiles(scan.projectPath, options.reading), out);
+        writeSarifReport(scan, locations, out);
         return;
     case ScanFormat::junit:
         writeJUnitReport(scan, out);
         return;
     case ScanFormat::github:
-        writeGitHubAnnotations(scan, evidenceFiles(scan.projectPath, options.reading), out);
+        writeGitHubAnnotations(scan, locations, out);
         return;
     case ScanFormat::xcode:
-        writeXcodeDiagnostics(scan, evidenceFiles(scan.projectPath, options.reading), out);
+        writeXcodeDiagnostics(scan, locations, out);
         return;
     }
 }
@@ -127,7 +136,7 @@ int scanLocation(const std::string& projectPath, const ScanOptions& options, std
     ScanViewModel model(
         loop,
         ProjectScanner(loop, failureLog, recordingFailures(std::move(checks), failures), pause,
-                       projectLoader(options.reading)));
+                       projectLoader(options.reading, wantsPositions(options))));
     std::optional<LiveProgress> live;
     if (options.live) {
         live.emplace(out, options.style);
@@ -150,10 +159,12 @@ int scanLocation(const std::string& projectPath, const ScanOptions& options, std
     if (const int status = adoptReport(scan.report, options.adoption, err); status != kExitClean) {
         return status;
     }
+    const EvidenceLocations locations(scan.report.project);
+    placeOrigins(scan.report, locations);
     if (live) {
         live->finish(scan);
     } else {
-        writeReport(scan, options, out);
+        writeReport(scan, locations, options, out);
     }
     return exitStatus(scan.report.issues, options.failOn);
 }

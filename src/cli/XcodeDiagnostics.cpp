@@ -9,19 +9,28 @@
 
 namespace kelvane::cli {
 
-void writeXcodeDiagnostics(const FinishedScan& scan, const EvidenceFiles& files,
+void writeXcodeDiagnostics(const FinishedScan& scan, const EvidenceLocations& locations,
                            std::ostream& out) {
     for (const Finding& finding : findings(scan)) {
         const DoctorIssue& issue = *finding.issue;
-        const std::vector<std::string> issueFiles = files.filesFor(issue);
+        const std::vector<EvidenceLocation> places = locations.locationsFor(issue);
         // Xcode reads one line per diagnostic, so the title must not break.
         std::string title = issue.title;
         std::replace(title.begin(), title.end(), '\n', ' ');
         if (!issue.configurations.empty()) {
             title += " (" + join(issue.configurations, ", ") + ")";
         }
-        out << (issueFiles.empty() ? scan.projectPath : issueFiles.front()) << ": "
-            << rawValue(issue.severity) << ": " << title << '\n';
+        // With a line and column, Xcode's issue navigator jumps to them.
+        if (places.empty()) {
+            out << scan.projectPath;
+        } else {
+            const EvidenceLocation& place = places.front();
+            out << place.file;
+            if (place.line != 0) {
+                out << ':' << place.line << ':' << (place.column == 0 ? 1 : place.column);
+            }
+        }
+        out << ": " << rawValue(issue.severity) << ": " << title << '\n';
     }
 }
 

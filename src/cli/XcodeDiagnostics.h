@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/EvidenceFiles.h"
+#include "cli/EvidenceLocations.h"
 #include "cli/FinishedScan.h"
 
 #include <ostream>
@@ -10,6 +10,6 @@ namespace kelvane::cli {
 // Lines a Run Script build phase prints for Xcode to list in its issue
 // navigator (`path: error: title`), one per warning or error. Paths stay as
 // the scanned location gave them: a build phase passes an absolute one.
-void writeXcodeDiagnostics(const FinishedScan& scan, const EvidenceFiles& files, std::ostream& out);
+void writeXcodeDiagnostics(const FinishedScan& scan, const EvidenceLocations& locations, std::ostream& out);
 
 } // namespace kelvane::cli

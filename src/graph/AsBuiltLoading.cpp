@@ -10,8 +10,8 @@ namespace kelvane {
 namespace {
 
 AsBuiltProject loadWith(const std::string& projectPath,
-                        const std::optional<std::string>& configuration) {
-    AsBuiltProject project = AsBuiltProject::load(projectPath);
+                        const std::optional<std::string>& configuration, bool positions) {
+    AsBuiltProject project = AsBuiltProject::load(projectPath, positions);
     if (configuration) {
         const std::vector<std::string> names = project.configurations();
         if (std::find(names.begin(), names.end(), *configuration) == names.end()) {
@@ -29,13 +29,14 @@ AsBuiltProject loadWith(const std::string& projectPath,
 } // namespace
 
 ProjectContext loadAsBuilt(const std::string& projectPath,
-                           const std::optional<std::string>& configuration) {
-    return loadWith(projectPath, configuration).resolve(configuration);
+                           const std::optional<std::string>& configuration, bool positions) {
+    return loadWith(projectPath, configuration, positions).resolve(configuration);
 }
 
 ProjectContext loadAsBuiltForScan(const std::string& projectPath,
-                                  const std::optional<std::string>& configuration) {
-    return loadWith(projectPath, configuration).resolveForScan(configuration);
+                                  const std::optional<std::string>& configuration,
+                                  bool positions) {
+    return loadWith(projectPath, configuration, positions).resolveForScan(configuration);
 }
 
 } // namespace kelvane

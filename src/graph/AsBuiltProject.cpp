@@ -432,12 +432,12 @@ std::vector<TargetContext> resolveProject(const ProjectFile& file,
 
 } // namespace
 
-AsBuiltProject AsBuiltProject::load(const std::string& url) {
+AsBuiltProject AsBuiltProject::load(const std::string& url, bool positions) {
     const std::string location = path::withoutTrailingSlash(url);
     const std::string_view extension = path::extension(location);
     AsBuiltProject project;
     if (extension == "xcodeproj") {
-        project.projects_.push_back(readProjectFile(location));
+        project.projects_.push_back(readProjectFile(location, positions));
         return project;
     }
     if (extension != "xcworkspace") {
@@ -450,7 +450,7 @@ AsBuiltProject AsBuiltProject::load(const std::string& url) {
     std::optional<std::exception_ptr> firstFailure;
     for (const std::string& projectURL : listed) {
         try {
-            project.projects_.push_back(readProjectFile(projectURL));
+            project.projects_.push_back(readProjectFile(projectURL, positions));
         } catch (const std::exception&) {
             if (!firstFailure) {
                 firstFailure = std::current_exception();
@@ -506,6 +506,8 @@ ProjectContext AsBuiltProject::resolve(const std::optional<std::string>& configu
         }
         context.targets.insert(context.targets.end(), std::make_move_iterator(targets.begin()),
                                std::make_move_iterator(targets.end()));
+        context.settingPositions.insert(context.settingPositions.end(),
+                                        file.settingPositions.begin(), file.settingPositions.end());
     }
     return context;
 }
@@ -525,6 +527,10 @@ ProjectContext AsBuiltProject::resolveForScan(const std::optional<std::string>& 
         resolved.push_back(resolve(name));
     }
     ProjectContext context = shownIndex ? resolved[*shownIndex] : resolve(shown);
+    // Positions belong to the files, the same in every configuration.
+    for (ProjectContext& each : resolved) {
+        each.settingPositions.clear();
+    }
     context.resolvedConfigurations = std::move(resolved);
     return context;
 }

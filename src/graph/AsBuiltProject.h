@@ -17,7 +17,9 @@ public:
     // plist::FileReadError and plist::ParseError when nothing can be loaded;
     // a workspace's projects that are missing (a Pods project not committed)
     // are skipped as long as one loads.
-    [[nodiscard]] static AsBuiltProject load(const std::string& url);
+    // With `positions`, the resolved projects say where each build setting
+    // is written.
+    [[nodiscard]] static AsBuiltProject load(const std::string& url, bool positions = false);
 
     // The configurations of the first project, in its order.
     [[nodiscard]] std::vector<std::string> configurations() const;

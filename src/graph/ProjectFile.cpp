@@ -4,6 +4,7 @@
 #include "parser/ObjectTable.h"
 #include "parser/ParserError.h"
 #include "parser/PathExists.h"
+#include "parser/SettingPositions.h"
 #include "plist/PropertyListReader.h"
 
 #include <optional>
@@ -27,16 +28,18 @@ const plist::Dictionary* ProjectFile::project() const {
     return findObject(objects(), plist::findString(*dictionary, "rootObject"));
 }
 
-ProjectFile readProjectFile(const std::string& projectURL) {
+ProjectFile readProjectFile(const std::string& projectURL, bool positions) {
     const std::string projectFile = path::join(projectURL, "project.pbxproj");
     if (!pathExists(projectFile)) {
         throw ParserError(ParserError::Case::pbxprojNotFound);
     }
-    ProjectFile file{projectURL, plist::readPropertyListFile(projectFile)};
+    plist::KeyPositions keys = buildSettingPositions();
+    ProjectFile file{projectURL,
+                     plist::readPropertyListFile(projectFile, {}, positions ? &keys : nullptr)};
     if (file.root.asDictionary() == nullptr) {
         throw ParserError(ParserError::Case::invalidPbxprojFormat);
     }
-    (void)file.objects();
+    file.settingPositions = settingPositions(file.objects(), keys, projectFile);
     return file;
 }
 

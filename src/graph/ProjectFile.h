@@ -1,10 +1,12 @@
 #pragma once
 
+#include "model/SettingPosition.h"
 #include "plist/Value.h"
 
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace kelvane {
 
@@ -13,6 +15,8 @@ struct ProjectFile {
     // The .xcodeproj location, as the user's path led to it.
     std::string projectURL;
     plist::Value root;
+    // Where each build setting is written; read only when asked for.
+    std::vector<SettingPosition> settingPositions{};
 
     // The object table; throws ParserError when there is none.
     [[nodiscard]] const plist::Dictionary& objects() const;
@@ -22,7 +26,7 @@ struct ProjectFile {
 
 // Reads the project.pbxproj of an .xcodeproj. Throws ParserError,
 // plist::FileReadError and plist::ParseError as the literal reading does.
-[[nodiscard]] ProjectFile readProjectFile(const std::string& projectURL);
+[[nodiscard]] ProjectFile readProjectFile(const std::string& projectURL, bool positions = false);
 
 // Which group holds each file and group, so a file reference's path can be
 // resolved through its parents.

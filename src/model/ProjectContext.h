@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/SettingPosition.h"
 #include "model/TargetContext.h"
 
 #include <optional>
@@ -22,6 +23,9 @@ struct ProjectContext {
     // As built, for a scan: the project resolved for every configuration it
     // checks, in the project's order (this one among them). Empty otherwise.
     std::vector<ProjectContext> resolvedConfigurations{};
+    // Every build setting's place in the project file, in file order, for
+    // reports that point at lines; only a load that asked for it has them.
+    std::vector<SettingPosition> settingPositions{};
 
     // Read literally, the first application target; as built, the main app a
     // developer means (the iOS one where there are several platforms).

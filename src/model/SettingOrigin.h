@@ -16,6 +16,8 @@ struct SettingOrigin {
     // "project xcconfig", "project", "target xcconfig", "target", "built-in",
     // "Info.plist", "generated Info.plist", "entitlements".
     std::string level;
+    // 1-based column of the setting's name on its line; 0 where unknown.
+    std::size_t column = 0;
 
     friend bool operator==(const SettingOrigin&, const SettingOrigin&) = default;
 };

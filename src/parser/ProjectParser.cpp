@@ -4,6 +4,7 @@
 #include "parser/ParserError.h"
 #include "parser/PathExists.h"
 #include "parser/ProjectTargets.h"
+#include "parser/SettingPositions.h"
 #include "parser/WorkspaceLocation.h"
 #include "plist/ParseError.h"
 #include "plist/PropertyListReader.h"
@@ -49,7 +50,7 @@ std::string resolveWorkspace(const std::string& workspaceURL) {
 
 } // namespace
 
-ProjectContext ProjectParser::parseProject(const std::string& url) const {
+ProjectContext ProjectParser::parseProject(const std::string& url, bool positions) const {
     const std::string location = path::withoutTrailingSlash(url);
     const std::string_view extension = path::extension(location);
 
@@ -70,13 +71,19 @@ ProjectContext ProjectParser::parseProject(const std::string& url) const {
     }
     // Read and parsed in one call, so a large file need not be held whole
     // beside the values built from it.
-    const plist::Value root = plist::readPropertyListFile(projectFile);
+    plist::KeyPositions keys = buildSettingPositions();
+    const plist::Value root =
+        plist::readPropertyListFile(projectFile, {}, positions ? &keys : nullptr);
     const plist::Dictionary* dictionary = root.asDictionary();
     if (dictionary == nullptr) {
         throw ParserError(ParserError::Case::invalidPbxprojFormat);
     }
     std::vector<TargetContext> targets = parseTargets(*dictionary, projectURL);
-    return ProjectContext{std::move(projectURL), std::move(targets)};
+    ProjectContext project{std::move(projectURL), std::move(targets)};
+    if (const plist::Dictionary* objects = plist::findDictionary(*dictionary, "objects")) {
+        project.settingPositions = settingPositions(*objects, keys, projectFile);
+    }
+    return project;
 }
 
 } // namespace kelvane

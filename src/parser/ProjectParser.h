@@ -13,7 +13,9 @@ public:
     // `url` is used as given (a trailing "/" aside): every path in the result
     // is joined lexically from it. Throws ParserError, and passes through
     // plist::FileReadError and plist::ParseError from the files it reads.
-    [[nodiscard]] ProjectContext parseProject(const std::string& url) const;
+    // With `positions`, the result also says where each build setting is
+    // written, at some cost in speed.
+    [[nodiscard]] ProjectContext parseProject(const std::string& url, bool positions = false) const;
 };
 
 } // namespace kelvane

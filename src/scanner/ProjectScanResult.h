@@ -1,8 +1,10 @@
 #pragma once
 
 #include "diagnostics/DoctorIssue.h"
+#include "model/ProjectContext.h"
 #include "scanner/CheckProgress.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,8 @@ struct ProjectScanResult {
     double scanDuration = 0.0;
     // Every row completed.
     std::vector<CheckProgress> checkProgress{};
+    // What the checks read, for reports that point at files.
+    std::shared_ptr<const ProjectContext> project{};
     friend bool operator==(const ProjectScanResult&, const ProjectScanResult&) = default;
 };
 

@@ -32,6 +32,7 @@ void scheduleCheck(const std::shared_ptr<ScanRun>& run, std::size_t index) {
         std::stable_sort(
             issues.begin(), issues.end(),
             [](const DoctorIssue& a, const DoctorIssue& b) { return a.severity > b.severity; });
+        run->report.project = std::make_shared<const ProjectContext>(std::move(run->context));
         run->onComplete(std::move(run->report));
         return;
     }

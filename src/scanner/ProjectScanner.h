@@ -9,6 +9,7 @@
 
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -32,6 +33,9 @@ struct ScanReport {
     std::vector<DoctorIssue> issues{};
     // One per check, in registry order.
     std::vector<CheckOutcome> checks{};
+    // The project the checks read, so reports can name files and lines
+    // without loading it again.
+    std::shared_ptr<const ProjectContext> project{};
     friend bool operator==(const ScanReport&, const ScanReport&) = default;
 };
 

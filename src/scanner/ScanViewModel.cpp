@@ -87,6 +87,7 @@ void ScanViewModel::finishScan(const std::string& projectPath, std::chrono::mill
         .issues = std::move(std::get<ScanReport>(completion).issues),
         .scanDuration = duration.count(),
         .checkProgress = scanning->checkProgress,
+        .project = std::get<ScanReport>(completion).project,
     };
     setState(CompletedState{.result = std::move(result)});
 }

@@ -66,7 +66,7 @@ public:
             if (!statement) {
                 break;
             }
-            const SettingOrigin origin{path, statement->line, level_};
+            const SettingOrigin origin{path, statement->line, level_, statement->column};
             switch (statement->kind) {
             case XcconfigStatement::Kind::problem:
                 note(origin, statement->problem);

@@ -58,10 +58,11 @@ std::optional<XcconfigStatement> XcconfigStatements::next() {
         if (line.empty()) {
             continue;
         }
-        if (line.front() == '#') {
-            return readDirective(line);
-        }
-        return readAssignment(line);
+        XcconfigStatement statement =
+            line.front() == '#' ? readDirective(line) : readAssignment(line);
+        // Blanks before a statement are ASCII: bytes and characters agree.
+        statement.column = static_cast<std::size_t>(line.data() - raw->data()) + 1;
+        return statement;
     }
     return std::nullopt;
 }

@@ -17,6 +17,8 @@ struct XcconfigStatement {
     Kind kind = Kind::problem;
     // 1-based line where the statement starts.
     std::size_t line = 0;
+    // 1-based column where it starts on that line.
+    std::size_t column = 0;
     // assignment
     std::string name;
     std::vector<Condition> conditions;

@@ -51,8 +51,12 @@ TargetContext target(std::string name, std::optional<std::string> infoPlist = {}
     return target;
 }
 
-EvidenceFiles appFiles() {
-    return EvidenceFiles(ProjectContext{.projectURL = "w/App.xcodeproj", .targets = {}});
+EvidenceLocations locationsIn(ProjectContext project) {
+    return EvidenceLocations(std::make_shared<const ProjectContext>(std::move(project)));
+}
+
+EvidenceLocations appFiles() {
+    return locationsIn(ProjectContext{.projectURL = "w/App.xcodeproj", .targets = {}});
 }
 
 TEST(ReportFormats, GitHubCommandsEscapeLineBreaksPercentAndPropertySeparators) {
@@ -67,7 +71,7 @@ TEST(ReportFormats, SarifTellsOfChecksThatThrewAndEncodesLocations) {
     std::ostringstream out;
     FinishedScan scan = awkwardScan();
     scan.report.issues[0].evidence[0].source = PlistSource{"My App", "Info.plist"};
-    const EvidenceFiles files(ProjectContext{
+    const EvidenceLocations files = locationsIn(ProjectContext{
         .projectURL = "w/App.xcodeproj", .targets = {target("My App", "w/My App/Info+1.plist")}});
     writeSarifReport(scan, files, out);
     const auto run = nlohmann::json::parse(out.str())["runs"][0];
@@ -101,13 +105,13 @@ TEST(ReportFormats, JUnitEscapesMarkupAndDropsCharactersXmlCannotHold) {
 TEST(ReportFormats, XcodeLinesNameTheEvidenceFileOrTheProjectWhenItCannotBeFound) {
     std::ostringstream out;
     writeXcodeDiagnostics(awkwardScan(), appFiles(), out);
-    writeXcodeDiagnostics(awkwardScan(), EvidenceFiles(), out);
+    writeXcodeDiagnostics(awkwardScan(), EvidenceLocations(), out);
     EXPECT_EQ(out.str(), "w/App.xcodeproj/project.pbxproj: error: Groups <a> & \"b\", 100%: bad\n"
                          "w/App.xcodeproj: error: Groups <a> & \"b\", 100%: bad\n");
 }
 
 TEST(ReportFormats, EvidenceFilesComeFromTheTargetsSettings) {
-    const EvidenceFiles files(ProjectContext{
+    const EvidenceLocations files = locationsIn(ProjectContext{
         .projectURL = "p/App.xcodeproj",
         .targets = {target("App", "p/App/Info.plist", "p/App/App.entitlements"), target("Bare")}});
     const std::vector<std::pair<EvidenceSource, std::string>> cases{
@@ -120,13 +124,15 @@ TEST(ReportFormats, EvidenceFilesComeFromTheTargetsSettings) {
         {EntitlementsSource{"Gone", "Entitlements"}, "p/App.xcodeproj/project.pbxproj"},
     };
     for (const auto& [source, file] : cases) {
-        EXPECT_EQ(files.fileFor(source), file) << locationDescription(source);
+        const auto located = files.locate({source, "KEY", "value", {}});
+        EXPECT_EQ(located, (EvidenceLocation{file, 0, 0})) << locationDescription(source);
     }
     const DoctorIssue twice{.evidence = {{PlistSource{"App", "Info.plist"}, "a", "b", {}},
                                          {BuildSettingSource{"App", "Debug"}, "c", "d", {}},
                                          {PlistSource{"App", "Info.plist"}, "e", "f", {}}}};
-    EXPECT_EQ(files.filesFor(twice),
-              (std::vector<std::string>{"p/App/Info.plist", "p/App.xcodeproj/project.pbxproj"}));
+    EXPECT_EQ(files.locationsFor(twice),
+              (std::vector<EvidenceLocation>{{"p/App/Info.plist"},
+                                             {"p/App.xcodeproj/project.pbxproj"}}));
 }
 
 TEST(ReportFormats, ColourFollowsTheChoiceThenTheTerminalThenNoColor) {

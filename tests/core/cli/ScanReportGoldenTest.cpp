@@ -18,6 +18,8 @@ namespace {
 
 // The misconfigured example, as a CI job in the repository's root would name it.
 constexpr const char* kNimbus = "examples/Nimbus/Nimbus.xcworkspace";
+// The example whose values come from .xcconfig files, read as built.
+constexpr const char* kCirrus = "examples/Cirrus/Cirrus.xcodeproj";
 
 std::string readText(const std::filesystem::path& file) {
     std::ifstream in(file, std::ios::binary);
@@ -59,23 +61,37 @@ private:
 
 // KELVANE_UPDATE_GOLDENS=1 rewrites the golden files from the current output
 // instead of comparing; review the diff before committing it.
-TEST_F(ScanReport, EveryFormatOfTheMisconfiguredExampleMatchesItsGoldenFile) {
+// Both readings: the literal one on the misconfigured example, and as built
+// on the one whose values live in .xcconfig files, located at their lines.
+TEST_F(ScanReport, EveryFormatOfTheExamplesMatchesItsGoldenFile) {
     const bool update = std::getenv("KELVANE_UPDATE_GOLDENS") != nullptr;
     const std::vector<std::pair<ScanFormat, std::string>> formats{
         {ScanFormat::text, "txt"},      {ScanFormat::json, "json"},
         {ScanFormat::sarif, "sarif"},   {ScanFormat::junit, "junit.xml"},
         {ScanFormat::github, "github"}, {ScanFormat::xcode, "xcode"},
     };
-    for (const auto& [format, extension] : formats) {
-        const Run run = scan(kNimbus, ScanOptions{.format = format});
-        const std::filesystem::path golden = "tests/fixtures/scan/Nimbus.scan." + extension;
-        EXPECT_EQ(run.status, 1) << extension;
-        EXPECT_EQ(run.err, "") << extension;
-        if (update) {
-            std::ofstream(golden, std::ios::binary) << withoutDuration(run.out);
-            continue;
+    struct Example {
+        const char* path;
+        bool asBuilt;
+        std::string golden;
+        int status;
+    };
+    for (const Example& example : {Example{kNimbus, false, "Nimbus.scan.", 1},
+                                   Example{kCirrus, true, "Cirrus.built.", 0}}) {
+        for (const auto& [format, extension] : formats) {
+            ScanOptions options{.format = format};
+            options.reading.asBuilt = example.asBuilt;
+            const Run run = scan(example.path, options,
+                                 example.asBuilt ? makeAsBuiltCheckRegistry() : makeCheckRegistry());
+            const std::filesystem::path golden = "tests/fixtures/scan/" + example.golden + extension;
+            EXPECT_EQ(run.status, example.status) << golden;
+            EXPECT_EQ(run.err, "") << golden;
+            if (update) {
+                std::ofstream(golden, std::ios::binary) << withoutDuration(run.out);
+                continue;
+            }
+            EXPECT_EQ(withoutDuration(run.out), readText(golden)) << golden;
         }
-        EXPECT_EQ(withoutDuration(run.out), readText(golden)) << golden;
     }
 }
 

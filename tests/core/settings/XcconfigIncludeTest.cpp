@@ -65,7 +65,7 @@ TEST_P(MissingInclude, BecomesAPlaceholderAtItsLine) {
     EXPECT_EQ(placeholder.unknownReason, GetParam().reason);
     EXPECT_EQ(placeholder.sparesIdentity, GetParam().sparesIdentity);
     EXPECT_EQ(placeholder.origin,
-              (SettingOrigin{dir.file("Main.xcconfig"), 2, "project xcconfig"}));
+              (SettingOrigin{dir.file("Main.xcconfig"), 2, "project xcconfig", 1}));
     EXPECT_EQ(value(contents, "B"), "2");
 }
 

@@ -56,10 +56,10 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& entry) { return std::string(entry.param.name); });
 
 TEST(XcconfigSyntax, OriginIsTheLineWhereTheAssignmentStarts) {
-    const auto contents = parse("// head\n\nA = a \\\n b\nB = c");
+    const auto contents = parse("// head\n\n \tA = a \\\n b\nB = c");
     ASSERT_EQ(contents.assignments.size(), 2u);
     EXPECT_EQ(contents.assignments[0].origin,
-              (SettingOrigin{"/project/Config.xcconfig", 3, "target xcconfig"}));
+              (SettingOrigin{"/project/Config.xcconfig", 3, "target xcconfig", 3}));
     EXPECT_EQ(contents.assignments[1].origin.line, 5u);
 }
 
