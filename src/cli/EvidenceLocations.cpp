@@ -103,7 +103,7 @@ EvidenceLocation EvidenceLocations::keyIn(std::string file, const std::string& k
     auto cached = plistKeys_.find(file);
     if (cached == plistKeys_.end()) {
         plist::KeyPositions keys(
-            [](const plist::KeyPositions::Path& path) { return path.size() == 1; });
+            [](const plist::KeyPositions::Path& path) { return path.empty(); });
         try {
             (void)plist::readPropertyListFile(file, {}, &keys);
         } catch (const std::exception&) {

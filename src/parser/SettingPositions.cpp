@@ -6,7 +6,7 @@ namespace kelvane {
 
 plist::KeyPositions buildSettingPositions() {
     return plist::KeyPositions([](const plist::KeyPositions::Path& path) {
-        return path.size() == 4 && path[2] == "buildSettings" && path[0] == "objects";
+        return path.size() == 3 && path[2] == "buildSettings" && path[0] == "objects";
     });
 }
 

@@ -177,6 +177,8 @@ private:
     struct Frame {
         bool dictionary;
         std::size_t firstChild; // in entries_ or elements_, until owned
+        // Positions are asked for and the filter keeps this dictionary's keys.
+        bool recordKeys = false;
         // A container with very many children (the object table) takes them
         // into a vector of its own, which then becomes its storage as it is:
         // moving 100,000s of entries out of the scratch stack would briefly
@@ -200,8 +202,27 @@ private:
     }
 
     // Moves a line and column over [from, to): "\r\n", "\n" and a lone "\r"
-    // end lines, and a column is a character, not a byte.
+    // end lines, and a column is a character, not a byte. Every byte of a
+    // large file passes through here once, so text without a carriage
+    // return has its line breaks counted in one pass the compiler
+    // vectorises, and its column counted over the last line only.
     void advance(std::size_t& line, std::size_t& column, const char* from, const char* to) const {
+        if (std::memchr(from, '\r', static_cast<std::size_t>(to - from)) == nullptr) {
+            const auto breaks = static_cast<std::size_t>(std::count(from, to, '\n'));
+            const char* lineStart = from;
+            if (breaks != 0) {
+                lineStart = to;
+                while (lineStart[-1] != '\n') {
+                    --lineStart;
+                }
+                line += breaks;
+                column = 1;
+            }
+            column += static_cast<std::size_t>(std::count_if(lineStart, to, [](char c) {
+                return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+            }));
+            return;
+        }
         for (const char* q = from; q < to; ++q) {
             if (*q == '\n' || (*q == '\r' && (q + 1 == end_ || q[1] != '\n'))) {
                 ++line;
@@ -212,25 +233,8 @@ private:
         }
     }
 
-    // Moves the position cursor forward to `to`. Every byte passes under it
-    // once, so it must be cheap: lines are found with memchr, and only text
-    // with a carriage return takes the byte-by-byte way.
     void moveCursor(const char* to) {
-        const char* from = cursor_;
-        const auto length = static_cast<std::size_t>(to - from);
-        if (std::memchr(from, '\r', length) != nullptr) {
-            advance(cursorLine_, cursorColumn_, from, to);
-        } else {
-            const char* lineStart = from;
-            while (const void* found = std::memchr(lineStart, '\n',
-                                                   static_cast<std::size_t>(to - lineStart))) {
-                lineStart = static_cast<const char*>(found) + 1;
-                ++cursorLine_;
-                cursorColumn_ = 1;
-            }
-            cursorColumn_ += static_cast<std::size_t>(std::count_if(
-                lineStart, to, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
-        }
+        advance(cursorLine_, cursorColumn_, cursor_, to);
         cursor_ = to;
     }
 
@@ -425,10 +429,22 @@ private:
             fail(p_, "nesting deeper than " + std::to_string(limits_.maxDepth) + " levels");
         }
         frames_.push_back(
-            {dictionary, dictionary ? entries_.size() : elements_.size(), false, {}, {}});
+            {dictionary, dictionary ? entries_.size() : elements_.size(), false, false, {}, {}});
         if (positions_ != nullptr) {
-            keyPath_.resize(frames_.size());
-            keyPath_.back().clear(); // a dictionary's first key sets its own
+            // The path to the new container: each parent's current key, or
+            // "" for an array. Only set here, once per container, so reading
+            // a key costs nothing unless its dictionary is wanted.
+            const std::size_t depth = frames_.size() - 1;
+            keyPath_.resize(depth);
+            if (depth > 0) {
+                const Frame& parent = frames_[depth - 1];
+                if (parent.dictionary) {
+                    keyPath_.back() = (parent.owned ? parent.ownEntries : entries_).back().key;
+                } else {
+                    keyPath_.back().clear();
+                }
+            }
+            frames_.back().recordKeys = dictionary && positions_->wants(keyPath_);
         }
         ++p_;
     }
@@ -467,8 +483,9 @@ private:
         if (p_ == end_) {
             fail(p_, "unexpected end of file");
         }
+        const bool recordKey = frames_.back().recordKeys;
         TextPosition keyAt;
-        if (positions_ != nullptr) {
+        if (recordKey) {
             moveCursor(p_);
             keyAt = {cursorLine_, cursorColumn_};
         }
@@ -480,12 +497,8 @@ private:
         } else {
             failExpected("a key or '}'");
         }
-        if (positions_ != nullptr) {
-            keyPath_.resize(frames_.size());
-            keyPath_.back() = key;
-            if (positions_->wants(keyPath_)) {
-                positions_->record(keyPath_, keyAt);
-            }
+        if (recordKey) {
+            positions_->record(keyPath_, frames_.size() - 1, key, keyAt);
         }
         Frame& frame = frames_.back();
         if (frame.owned) {
@@ -718,7 +731,7 @@ private:
     std::size_t baseLine_ = 1; // where begin_ is in the whole text
     std::size_t baseColumn_ = 1;
     // Only when positions are asked for: where cursor_ stands in the whole
-    // text, and the keys around the entry being read.
+    // text, and the keys that lead to the innermost container opened.
     const char* cursor_;
     std::size_t cursorLine_ = 1;
     std::size_t cursorColumn_ = 1;

@@ -197,6 +197,7 @@ private:
         Element element; // plist, dict or array
         std::size_t firstChild;
         bool keyPending = false;
+        bool recordKeys = false; // positions are asked for and kept here
     };
     struct Failure {
         std::size_t line;
@@ -300,11 +301,20 @@ private:
                 stop("nesting deeper than " + std::to_string(limits_.maxDepth) + " levels");
                 return;
             }
+            // The push may move the frames; remember what the parent is first.
+            const bool inDictionary = parent != nullptr && parent->element == Element::dict;
             frames_.push_back(
                 {*element, *element == Element::dict ? entries_.size() : elements_.size()});
             if (positions_ != nullptr) {
-                keyPath_.resize(containerDepth());
-                keyPath_.back().clear(); // a dictionary's keys set their own
+                // The path to the new container: each parent's pending key,
+                // or "" for an array.
+                const std::size_t depth = containerDepth() - 1;
+                keyPath_.resize(depth);
+                if (depth > 0) {
+                    keyPath_.back() = inDictionary ? entries_.back().key : "";
+                }
+                frames_.back().recordKeys =
+                    *element == Element::dict && positions_->wants(keyPath_);
             }
             return;
         }
@@ -327,12 +337,9 @@ private:
             const Element element = *scalar_;
             scalar_.reset();
             if (element == Element::key) {
-                if (positions_ != nullptr) {
-                    keyPath_.resize(containerDepth());
-                    keyPath_.back() = text_;
-                    if (positions_->wants(keyPath_)) {
-                        positions_->record(keyPath_, {scalarStart_.line, scalarStart_.column});
-                    }
+                if (frames_.back().recordKeys) {
+                    positions_->record(keyPath_, containerDepth() - 1, text_,
+                                       {scalarStart_.line, scalarStart_.column});
                 }
                 entries_.push_back({std::move(text_), Value()});
                 frames_.back().keyPending = true;
