@@ -221,7 +221,13 @@ void placeOrigins(ScanReport& report, const EvidenceLocations& locations) {
 std::string relativeToCurrentFolder(const std::string& path) {
     const std::filesystem::path given(path);
     if (!given.is_absolute()) {
-        return path;
+        // `scan .` joins every path onto "."; annotations name files the
+        // way the repository lists them.
+        std::string_view relative = path;
+        while (relative.starts_with("./") && relative.size() > 2) {
+            relative.remove_prefix(2);
+        }
+        return std::string(relative);
     }
     std::error_code error;
     const std::filesystem::path here = std::filesystem::current_path(error);

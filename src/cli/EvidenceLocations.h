@@ -57,8 +57,9 @@ private:
 // set in project.pbxproj or a property list, where the project knows them.
 void placeOrigins(ScanReport& report, const EvidenceLocations& locations);
 
-// `path` as a CI system wants it: relative to the current folder. Relative
-// paths are already; absolute ones are made relative lexically.
+// `path` as a CI system wants it: relative to the current folder, without a
+// leading "./". Relative paths are already; absolute ones are made relative
+// lexically.
 [[nodiscard]] std::string relativeToCurrentFolder(const std::string& path);
 
 } // namespace kelvane::cli

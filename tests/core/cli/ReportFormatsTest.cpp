@@ -133,6 +133,9 @@ TEST(ReportFormats, EvidenceFilesComeFromTheTargetsSettings) {
     EXPECT_EQ(files.locationsFor(twice),
               (std::vector<EvidenceLocation>{{"p/App/Info.plist"},
                                              {"p/App.xcodeproj/project.pbxproj"}}));
+    // What `scan .` joins onto the current folder is shown as the repository
+    // lists it.
+    EXPECT_EQ(relativeToCurrentFolder("././App/Info.plist"), "App/Info.plist");
 }
 
 TEST(ReportFormats, ColourFollowsTheChoiceThenTheTerminalThenNoColor) {
