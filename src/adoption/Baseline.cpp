@@ -73,6 +73,10 @@ Baseline Baseline::of(const ScanReport& report) {
     return baseline;
 }
 
+void Baseline::merge(const Baseline& other) {
+    keys_.insert(other.keys_.begin(), other.keys_.end());
+}
+
 Baseline Baseline::fromText(std::string_view text, const std::string& displayPath) {
     const auto fail = [&](const std::string& why) {
         return BaselineError(displayPath + ": " + why);

@@ -24,6 +24,8 @@ public:
     [[nodiscard]] static Baseline fromText(std::string_view text, const std::string& displayPath);
 
     [[nodiscard]] bool contains(const nlohmann::json& key) const;
+    // Adds the other's findings, as a run over several projects records them.
+    void merge(const Baseline& other);
     [[nodiscard]] std::size_t size() const noexcept { return keys_.size(); }
     [[nodiscard]] std::string toText() const;
 

@@ -3,10 +3,12 @@
 #include "cli/CombinedReport.h"
 #include "cli/CommandIO.h"
 #include "cli/LoadFailure.h"
+#include "cli/ScanAdoption.h"
 #include "selection/AmbiguousFolderError.h"
 #include "selection/ProjectSelectionError.h"
 
 #include <algorithm>
+#include <memory>
 #include <sstream>
 #include <string_view>
 
@@ -68,6 +70,11 @@ int runScanAll(const std::string& path, const ScanOptions& options, std::ostream
     ScanOptions each = options;
     each.live = false;
     each.pace = false;
+    // One baseline holds every project's findings, written once.
+    const std::string& baselineFile = options.adoption.writeBaselineTo;
+    if (!baselineFile.empty()) {
+        each.adoption.gathered = std::make_shared<adoption::Baseline>();
+    }
 
     std::vector<ProjectReport> reports;
     int status = kExitClean;
@@ -85,6 +92,12 @@ int runScanAll(const std::string& path, const ScanOptions& options, std::ostream
             forwardLog(done.project.path, log.str(), err);
         }
         reports.push_back(std::move(done));
+    }
+    if (each.adoption.gathered) {
+        if (const int recorded = recordBaseline(*each.adoption.gathered, baselineFile, err);
+            recorded != kExitClean) {
+            return recorded;
+        }
     }
     writeCombinedReport(path, reports, options.format, options.style, out);
     return status;

@@ -165,18 +165,27 @@ std::optional<std::string> excludedSelection(const std::string& projectPath,
     return std::nullopt;
 }
 
+int recordBaseline(const adoption::Baseline& findings, const std::string& path, std::ostream& err) {
+    try {
+        adoption::writeBaseline(findings, path);
+    } catch (const adoption::BaselineError& error) {
+        err << "kelvane: " << error.what() << '\n';
+        return kExitNotLoaded;
+    }
+    err << "kelvane: recorded " << findings.size()
+        << (findings.size() == 1 ? " finding in " : " findings in ") << path << '\n';
+    return kExitClean;
+}
+
 int adoptReport(ScanReport& report, const ReportAdoption& adoption, std::ostream& err) {
-    if (!adoption.writeBaselineTo.empty()) {
-        const adoption::Baseline today = adoption::Baseline::of(report);
-        try {
-            adoption::writeBaseline(today, adoption.writeBaselineTo);
-        } catch (const adoption::BaselineError& error) {
-            err << "kelvane: " << error.what() << '\n';
-            return kExitNotLoaded;
+    if (adoption.gathered) {
+        adoption.gathered->merge(adoption::Baseline::of(report));
+    } else if (!adoption.writeBaselineTo.empty()) {
+        if (const int status = recordBaseline(adoption::Baseline::of(report),
+                                              adoption.writeBaselineTo, err);
+            status != kExitClean) {
+            return status;
         }
-        err << "kelvane: recorded " << today.size()
-            << (today.size() == 1 ? " finding in " : " findings in ") << adoption.writeBaselineTo
-            << '\n';
     }
     if (adoption.baseline) {
         report = adoption::withoutKnownFindings(std::move(report), *adoption.baseline);

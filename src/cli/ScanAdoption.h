@@ -5,6 +5,7 @@
 #include "cli/Reading.h"
 
 #include <CLI/App.hpp>
+#include <memory>
 #include <optional>
 #include <ostream>
 #include <stdexcept>
@@ -21,6 +22,9 @@ struct ReportAdoption {
     std::optional<adoption::Baseline> baseline{};
     // Where today's findings are recorded; empty: nowhere.
     std::string writeBaselineTo{};
+    // A run over several projects gathers each one's findings here instead,
+    // and records them all once at the end.
+    std::shared_ptr<adoption::Baseline> gathered{};
     // The folder .kelvane.yml is read in and the folders it excludes,
     // relative to it. A repository walk skips them; a single project found
     // inside one is refused.
@@ -74,5 +78,9 @@ struct AdoptedScan {
 // Records the baseline when asked, then takes the known findings out of the
 // report. Returns kExitClean, or kExitNotLoaded with the reason on `err`.
 int adoptReport(ScanReport& report, const ReportAdoption& adoption, std::ostream& err);
+
+// Writes the findings to `path` and says how many; kExitNotLoaded when the
+// file cannot be written.
+int recordBaseline(const adoption::Baseline& findings, const std::string& path, std::ostream& err);
 
 } // namespace kelvane::cli

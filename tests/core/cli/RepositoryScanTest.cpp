@@ -87,6 +87,26 @@ TEST_F(ScanAll, ExitStatusIsTheWorstOfTheProjects) {
     EXPECT_EQ(all(ScanFormat::json, FailOn::warning).status, 1);
 }
 
+// A baseline written over every project holds every project's findings, so
+// the next run with it passes; not only the last project's.
+TEST_F(ScanAll, OneBaselineRecordsTheFindingsOfEveryProject) {
+    fs::remove_all(dir.path() / "Broken");
+    const std::string baseline = dir.file("baseline.json");
+    const auto run = [&](ReportAdoption adoption) {
+        std::ostringstream out;
+        std::ostringstream err;
+        ScanOptions options{.format = ScanFormat::json, .failOn = FailOn::warning};
+        options.adoption = std::move(adoption);
+        const int status = runScanAll(dir.path().string(), options, out, err, checks());
+        return Outcome{status, out.str(), err.str()};
+    };
+    const Outcome written = run({.writeBaselineTo = baseline});
+    EXPECT_EQ(written.status, 1);
+    EXPECT_EQ(written.err, "kelvane: recorded 2 findings in " + baseline + "\n");
+    const Outcome again = run({.baseline = adoption::readBaseline(baseline)});
+    EXPECT_EQ(again.status, 0) << again.out;
+}
+
 TEST_F(ScanAll, AProjectThatDoesNotLoadIsReportedInEveryFormatAndTheOthersGoOn) {
     const std::string broken = dir.file("Broken/Broken.xcodeproj");
     const std::string reason = "Failed to parse project: project.pbxproj not found";
