@@ -1,11 +1,15 @@
 #include "app/ContentView.h"
 
 #include "app/ScanFailedView.h"
+#include "cli/EvidenceLocations.h"
 #include "graph/AsBuiltLoading.h"
 #include "parser/ProjectParser.h"
 #include "views/ProjectPickerView.h"
 #include "views/ScanningResultsView.h"
 
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <iostream>
@@ -103,6 +107,18 @@ void ContentView::render(const ScanState& next) {
         };
         inputs.onRescan = [this] {
             viewModel_.rescan();
+        };
+        // Evidence is located in the project the scan read; the folder opens
+        // in the desktop's file manager.
+        inputs.evidenceFiles.fileOf =
+            [locations = std::make_shared<const cli::EvidenceLocations>(completed->result.project)](
+                const EvidenceItem& item) -> std::optional<std::string> {
+            const auto at = locations->locate(item);
+            return at ? std::optional<std::string>(at->file) : std::nullopt;
+        };
+        inputs.evidenceFiles.showInFolder = [](const std::string& file) {
+            const QFileInfo info(QString::fromStdString(file));
+            QDesktopServices::openUrl(QUrl::fromLocalFile(info.absolutePath()));
         };
         inputs.onApplyFix = [this](const DoctorIssue& issue, views::FixDone done) {
             viewModel_.applyFix(issue, [done = std::move(done)] { done(std::nullopt); });

@@ -50,8 +50,8 @@ QWidget* makeSeverityBadge(Severity severity, QWidget* parent) {
 } // namespace
 
 IssueDetailView::IssueDetailView(DoctorIssue issue, ApplyFix onApplyFix, ConfirmationPrompt& prompt,
-                                 QWidget* parent)
-    : QWidget(parent), issue_(std::move(issue)) {
+                                 QWidget* parent, EvidenceFileActions files)
+    : QWidget(parent), issue_(std::move(issue)), files_(std::move(files)) {
     setObjectName(QStringLiteral("issueDetailView"));
     const QColor text = palette().color(QPalette::Text);
     auto* layout = new QVBoxLayout(this);
@@ -130,9 +130,28 @@ QWidget* IssueDetailView::makeEvidenceSection() {
         auto* itemLayout = new QVBoxLayout(box);
         itemLayout->setContentsMargins(10, 7, 10, 7);
         itemLayout->setSpacing(3);
-        itemLayout->addWidget(wrapped(makeLabel(
-            qs(locationDescription(item.source)), TextStyle::caption, secondaryTextColor(),
-            QStringLiteral("evidenceLocation"), box, QFont::Medium)));
+        auto* where = new QHBoxLayout;
+        where->addWidget(wrapped(makeLabel(
+                             qs(locationDescription(item.source)), TextStyle::caption,
+                             secondaryTextColor(), QStringLiteral("evidenceLocation"), box,
+                             QFont::Medium)),
+                         1);
+        const std::optional<std::string> file =
+            files_.fileOf && files_.showInFolder ? files_.fileOf(item) : std::nullopt;
+        if (file) {
+            auto* show = new QToolButton(box);
+            show->setObjectName(QStringLiteral("showInFolder"));
+            show->setText(QStringLiteral("Show in folder"));
+            show->setToolTip(qs(*file));
+            show->setAccessibleName(QStringLiteral("Show %1 in folder").arg(qs(*file)));
+            show->setAutoRaise(true);
+            show->setFont(textFont(TextStyle::caption));
+            show->setCursor(Qt::PointingHandCursor);
+            QObject::connect(show, &QToolButton::clicked, this,
+                             [this, path = *file] { files_.showInFolder(path); });
+            where->addWidget(show, 0, Qt::AlignTop);
+        }
+        itemLayout->addLayout(where);
         auto* keyValue = new QHBoxLayout;
         keyValue->setSpacing(8);
         auto* key = makeLabel(qs(item.key), TextStyle::callout, palette().color(QPalette::Text),

@@ -5,12 +5,23 @@
 
 #include <QWidget>
 
+#include <functional>
+#include <optional>
+#include <string>
+
 class QToolButton;
 
 namespace kelvane::views {
 
 class ConfirmationPrompt;
 class FixStepsDetailView;
+
+// The file behind each evidence row, and what "Show in folder" does with it.
+// A row whose file is unknown (or without these) offers no button.
+struct EvidenceFileActions {
+    std::function<std::optional<std::string>(const EvidenceItem&)> fileOf{};
+    std::function<void(const std::string& file)> showInFolder{};
+};
 
 // A warning or an error in full: severity, headline, description, impact,
 // the evidence behind it (folded away until asked for), the targets it
@@ -19,7 +30,7 @@ class IssueDetailView : public QWidget {
 public:
     // `prompt` must outlive the view.
     IssueDetailView(DoctorIssue issue, ApplyFix onApplyFix, ConfirmationPrompt& prompt,
-                    QWidget* parent = nullptr);
+                    QWidget* parent = nullptr, EvidenceFileActions files = {});
 
     void setEvidenceExpanded(bool expanded);
     [[nodiscard]] bool evidenceExpanded() const noexcept { return evidenceExpanded_; }
@@ -33,6 +44,7 @@ private:
     QWidget* makeTargetsSection();
 
     DoctorIssue issue_;
+    EvidenceFileActions files_;
     bool evidenceExpanded_ = false;
     QToolButton* evidenceToggle_ = nullptr;
     QWidget* evidenceList_ = nullptr;

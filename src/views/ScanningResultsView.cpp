@@ -313,7 +313,8 @@ void ScanningResultsView::showDetail() {
             " min-height: 30px; }"
             "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
             "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: none; }"));
-        auto* issueView = new IssueDetailView(*row->issue, inputs_.onApplyFix, prompt_);
+        auto* issueView = new IssueDetailView(*row->issue, inputs_.onApplyFix, prompt_, nullptr,
+                                              inputs_.evidenceFiles);
         QPalette palette = issueView->palette();
         palette.setColor(QPalette::Window, Qt::white);
         scroll->viewport()->setPalette(palette);

@@ -2,6 +2,7 @@
 
 #include "scanner/CheckProgress.h"
 #include "views/ApplyFix.h"
+#include "views/IssueDetailView.h"
 
 #include <QWidget>
 
@@ -36,6 +37,8 @@ public:
         // Says how the project was read when it was not read literally; the
         // header shows it beside the path. Empty: nothing is shown.
         std::string readingNote{};
+        // Files behind the evidence of the issue on show.
+        EvidenceFileActions evidenceFiles{};
     };
 
     // `prompt` must outlive the view.

@@ -24,6 +24,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBrowser>
+#include <QToolButton>
 #include <QUrl>
 
 #include <sstream>
@@ -209,6 +210,11 @@ private slots:
         QVERIFY(!app.enabled("copyIssueAction"));
 
         results->selectCheck("watch.companion.mismatch");
+        // Evidence rows name the files the scan read them from.
+        const auto shows =
+            results->detailWidget()->findChildren<QToolButton*>(QStringLiteral("showInFolder"));
+        QCOMPARE(shows.size(), 2);
+        QVERIFY(shows.front()->toolTip().endsWith(QStringLiteral("Nimbus WatchKit App/Info.plist")));
         emit app.app.menu(QStringLiteral("editMenu"))->aboutToShow();
         QVERIFY(app.enabled("copyIssueAction"));
         QGuiApplication::clipboard()->clear();
@@ -257,20 +263,23 @@ private slots:
             readJson(sarif).object().value(QStringLiteral("runs")).toArray().first().toObject();
         const QJsonArray found = run.value(QStringLiteral("results")).toArray();
         QCOMPARE(found.size(), 9);
-        // Located at the files the evidence names, as the terminal's SARIF is.
-        QVERIFY(found.first()
-                    .toObject()
-                    .value(QStringLiteral("locations"))
-                    .toArray()
-                    .first()
-                    .toObject()
-                    .value(QStringLiteral("physicalLocation"))
-                    .toObject()
-                    .value(QStringLiteral("artifactLocation"))
+        // Located at the files and lines the evidence names, as the
+        // terminal's SARIF is.
+        const QJsonObject place = found.first()
+                                      .toObject()
+                                      .value(QStringLiteral("locations"))
+                                      .toArray()
+                                      .first()
+                                      .toObject()
+                                      .value(QStringLiteral("physicalLocation"))
+                                      .toObject();
+        QVERIFY(place.value(QStringLiteral("artifactLocation"))
                     .toObject()
                     .value(QStringLiteral("uri"))
                     .toString()
                     .endsWith(QStringLiteral("Info.plist")));
+        QCOMPARE(place.value(QStringLiteral("region")).toObject().value(QStringLiteral("startLine")),
+                 QJsonValue(28));
 
         const QString text = folder.filePath(QStringLiteral("report.txt"));
         QVERIFY(app.app.exportReport({text, cli::ExportFormat::text}));

@@ -91,6 +91,36 @@ private slots:
         QVERIFY(!list->isVisibleTo(&view));
     }
 
+    // Only rows whose file is known offer the button; it hands over the file.
+    void evidenceRowsWithAFileShowItsFolder() {
+        ScriptedPrompt prompt;
+        std::vector<std::string> shown;
+        EvidenceFileActions files{
+            .fileOf = [](const EvidenceItem& item) -> std::optional<std::string> {
+                if (std::holds_alternative<PlistSource>(item.source)) {
+                    return "/projects/Watch/Info.plist";
+                }
+                return std::nullopt;
+            },
+            .showInFolder = [&shown](const std::string& file) { shown.push_back(file); },
+        };
+        IssueDetailView view(sampleIssue(Severity::warning), {}, prompt, nullptr, files);
+        const auto buttons = view.findChildren<QToolButton*>(QStringLiteral("showInFolder"));
+        QCOMPARE(buttons.size(), 1);
+        QCOMPARE(buttons.front()->text(), QStringLiteral("Show in folder"));
+        QCOMPARE(buttons.front()->accessibleName(),
+                 QStringLiteral("Show /projects/Watch/Info.plist in folder"));
+        QVERIFY(buttons.front()->parentWidget()->objectName() == QStringLiteral("evidenceItem2"));
+        view.setEvidenceExpanded(true);
+        QTest::mouseClick(buttons.front(), Qt::LeftButton);
+        QCOMPARE(shown, std::vector<std::string>{"/projects/Watch/Info.plist"});
+
+        // Without a way to show a folder there is no button at all.
+        IssueDetailView bare(sampleIssue(Severity::warning), {}, prompt, nullptr,
+                             {.fileOf = files.fileOf, .showInFolder = {}});
+        QVERIFY(bare.findChildren<QToolButton*>(QStringLiteral("showInFolder")).isEmpty());
+    }
+
     void theRowViewIsOneCompactLine() {
         IssueRowView row(sampleIssue(Severity::warning), Severity::warning);
         QCOMPARE(textsOf(row, "issueRowTitle"), QStringList{"Bundle Identifier Collision"});
