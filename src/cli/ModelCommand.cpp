@@ -51,6 +51,11 @@ void addInspectCommand(CLI::App& app, CommandIO& io) {
         ->capture_default_str();
     addReadingOptions(*command, options->reading);
     command->callback([options, &io] {
+        if (const auto problem = readingProblem(options->reading)) {
+            io.err << "kelvane: " << *problem << '\n';
+            io.exitStatus = kExitNotLoaded;
+            return;
+        }
         const InspectFormat format =
             options->format == "json" ? InspectFormat::json : InspectFormat::text;
         io.exitStatus = runInspect(options->path, format, io.out, io.err, options->reading);

@@ -28,12 +28,21 @@ void addReadingOptions(CLI::App& command, Reading& reading) {
         "--as-built", reading.asBuilt,
         "Read the project as Xcode builds it: .xcconfig files, $(…) references, conditions, "
         "platforms and what each app embeds");
+    // Not a CLI11 `needs`: a scan may take the reading from .kelvane.yml,
+    // which is read after the command line.
+    (void)asBuilt;
     command
         .add_option("--configuration", reading.configuration,
                     "With --as-built, the build configuration to resolve (default: the "
                     "project's default, as xcodebuild uses; a scan checks every one)")
-        ->option_text("NAME")
-        ->needs(asBuilt);
+        ->option_text("NAME");
+}
+
+std::optional<std::string> readingProblem(const Reading& reading) {
+    if (reading.configuration && !reading.asBuilt) {
+        return "--configuration needs --as-built";
+    }
+    return std::nullopt;
 }
 
 } // namespace kelvane::cli

@@ -30,4 +30,8 @@ struct Reading {
 // `--as-built` and `--configuration NAME` on a command.
 void addReadingOptions(CLI::App& command, Reading& reading);
 
+// What is wrong with a reading once every source of it is read (a
+// configuration needs the as-built reading); nothing when it is sound.
+[[nodiscard]] std::optional<std::string> readingProblem(const Reading& reading);
+
 } // namespace kelvane::cli

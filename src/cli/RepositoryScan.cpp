@@ -38,6 +38,25 @@ void forwardLog(const std::string& project, std::string_view log, std::ostream& 
     }
 }
 
+// When the walk found nothing only because the configuration excludes
+// every project, the reason is worth more than "nothing found".
+int reportSelectionFailure(const ProjectSelectionError& error, const std::string& path,
+                           const ReportAdoption& adoption, std::ostream& err) {
+    if (error.errorCase() == ProjectSelectionError::Case::noProjectsFound &&
+        !adoption.exclude.empty()) {
+        try {
+            const std::vector<FolderProject> everything = repositoryProjects(path);
+            if (const auto excluded = excludedSelection(everything.front().path, adoption)) {
+                err << "kelvane: " << *excluded << '\n';
+                return kExitNotLoaded;
+            }
+        } catch (const ProjectSelectionError&) {
+            // Nothing there even unexcluded: the plain answer stands.
+        }
+    }
+    return reportLoadFailure(error, err);
+}
+
 } // namespace
 
 int runRepositoryScan(const std::string& path, bool all, const ScanOptions& options,
@@ -47,12 +66,12 @@ int runRepositoryScan(const std::string& path, bool all, const ScanOptions& opti
     }
     std::string project;
     try {
-        project = resolveRepositoryProject(path);
+        project = resolveRepositoryProject(path, options.adoption.exclude);
     } catch (const AmbiguousFolderError& error) {
         err << "kelvane: " << error.what() << "\nPass one of them, or --all to scan them all.\n";
         return kExitNotLoaded;
     } catch (const ProjectSelectionError& error) {
-        return reportLoadFailure(error, err);
+        return reportSelectionFailure(error, path, options.adoption, err);
     }
     return scanLocation(project, options, out, err, std::move(checks));
 }
@@ -61,9 +80,9 @@ int runScanAll(const std::string& path, const ScanOptions& options, std::ostream
                std::ostream& err, const std::vector<AnyCheck>& checks) {
     std::vector<FolderProject> projects;
     try {
-        projects = repositoryProjects(path);
+        projects = repositoryProjects(path, options.adoption.exclude);
     } catch (const ProjectSelectionError& error) {
-        return reportLoadFailure(error, err);
+        return reportSelectionFailure(error, path, options.adoption, err);
     }
     // Rows drawn in place belong to one project at a time; a run over
     // several prints its report once, at the end.

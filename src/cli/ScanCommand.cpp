@@ -237,6 +237,11 @@ void addScanCommand(CLI::App& app, CommandIO& io) {
             io.exitStatus = kExitNotLoaded;
             return;
         }
+        if (const auto problem = readingProblem(scan.reading)) {
+            io.err << "kelvane: " << *problem << " (or 'reading: as-built' in .kelvane.yml)\n";
+            io.exitStatus = kExitNotLoaded;
+            return;
+        }
         scan.adoption = adopted.adoption;
         scan.live = toTerminal && format->count() == 0;
         scan.pace = scan.live && !options->noPace;

@@ -59,9 +59,23 @@ struct Pending {
     std::size_t depth = 0;
 };
 
+std::string normal(const std::string& path) {
+    return std::filesystem::path(path).lexically_normal().generic_string();
+}
+
 class Walk {
 public:
-    explicit Walk(std::string folder) : folder_(std::move(folder)) {}
+    Walk(std::string folder, const std::vector<std::string>& excluded)
+        : folder_(std::move(folder)) {
+        for (const std::string& each : excluded) {
+            std::string relative = path::withoutTrailingSlash(normal(each));
+            // "." would exclude the whole walk; the caller refuses that case
+            // with a message of its own.
+            if (!relative.empty() && relative != "." && !relative.starts_with("../")) {
+                excluded_.push_back(std::move(relative));
+            }
+        }
+    }
 
     [[nodiscard]] std::string pathOf(const std::string& relative) const {
         return folder_ == "." ? relative : path::join(folder_, relative);
@@ -102,9 +116,10 @@ private:
             }
             const bool candidate = isCandidate(name);
             if (candidate || (isFolder && descends(name))) {
-                entries.push_back({relative.empty() ? std::string(name)
-                                                    : path::join(relative, name),
-                                   candidate, depth + 1});
+                std::string child = relative.empty() ? std::string(name) : path::join(relative, name);
+                if (!isExcluded(child)) {
+                    entries.push_back({std::move(child), candidate, depth + 1});
+                }
             }
         });
         std::sort(entries.begin(), entries.end(),
@@ -113,12 +128,16 @@ private:
         return opened;
     }
 
-    std::string folder_;
-};
+    [[nodiscard]] bool isExcluded(const std::string& relative) const {
+        return std::any_of(excluded_.begin(), excluded_.end(), [&](const std::string& folder) {
+            return relative == folder ||
+                   (relative.starts_with(folder) && relative[folder.size()] == '/');
+        });
+    }
 
-std::string normal(const std::string& path) {
-    return std::filesystem::path(path).lexically_normal().generic_string();
-}
+    std::string folder_;
+    std::vector<std::string> excluded_;
+};
 
 // What a workspace candidate lists, or nothing when its listing cannot be
 // read: it stays a candidate then, and scanning it says what is wrong.
@@ -168,21 +187,23 @@ bool isFolderToWalk(const std::string& path) {
 
 } // namespace
 
-std::vector<FolderProject> repositoryProjects(const std::string& path) {
+std::vector<FolderProject> repositoryProjects(const std::string& path,
+                                             const std::vector<std::string>& excluded) {
     const std::string chosen = path::withoutTrailingSlash(path);
     if (!isFolderToWalk(chosen)) {
         const std::string project = resolveSelection(chosen);
         return {{project, std::string(path::lastComponent(project))}};
     }
-    std::vector<FolderProject> projects = topLevel(Walk(chosen).run());
+    std::vector<FolderProject> projects = topLevel(Walk(chosen, excluded).run());
     if (projects.empty()) {
         throw ProjectSelectionError(ProjectSelectionError::Case::noProjectsFound);
     }
     return projects;
 }
 
-std::string resolveRepositoryProject(const std::string& path) {
-    std::vector<FolderProject> projects = repositoryProjects(path);
+std::string resolveRepositoryProject(const std::string& path,
+                                     const std::vector<std::string>& excluded) {
+    std::vector<FolderProject> projects = repositoryProjects(path, excluded);
     if (projects.size() > 1) {
         std::vector<std::string> relative;
         relative.reserve(projects.size());

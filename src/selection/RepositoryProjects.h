@@ -29,12 +29,17 @@ struct FolderProject {
 // (a package's) stands aside for any other candidate. Walk order: depth
 // first, each folder's entries by ascending byte order of their names.
 //
+// `excluded` names folders (or bundles) relative to `path` that the walk
+// passes over, as a repository's configuration asks.
+//
 // Throws ProjectSelectionError with the window's texts: pathDoesNotExist,
 // invalidSelection, cannotEnumerateFolder, noProjectsFound.
-[[nodiscard]] std::vector<FolderProject> repositoryProjects(const std::string& path);
+[[nodiscard]] std::vector<FolderProject> repositoryProjects(
+    const std::string& path, const std::vector<std::string>& excluded = {});
 
-// The single project of repositoryProjects(path), or AmbiguousFolderError
-// naming every candidate.
-[[nodiscard]] std::string resolveRepositoryProject(const std::string& path);
+// The single project of repositoryProjects(path, excluded), or
+// AmbiguousFolderError naming every candidate.
+[[nodiscard]] std::string resolveRepositoryProject(const std::string& path,
+                                                   const std::vector<std::string>& excluded = {});
 
 } // namespace kelvane

@@ -133,6 +133,11 @@ TEST(ConfigFile, SetsTheScanAndTheCommandLineWins) {
          "kelvane: --skip: unknown check 'nope' (known: watch.companion.mismatch, "},
         {"configuration without the as-built reading", "configuration: Release\n", {}, 2, {},
          "kelvane: .kelvane.yml:1: 'configuration' needs 'reading: as-built'\n"},
+        {"--configuration with the file's reading",
+         "reading: as-built\nonly: [signing.inconsistent]\n", {"--configuration", "Release"}, 0,
+         {"signing.inconsistent"}, ""},
+        {"--configuration with no reading as built", "", {"--configuration", "Release"}, 2, {},
+         "kelvane: --configuration needs --as-built (or 'reading: as-built' in .kelvane.yml)\n"},
         {"a baseline that is not there", "baseline: missing.json\n", {}, 2, {},
          "kelvane: ./missing.json: "},
     };

@@ -221,6 +221,14 @@ TEST(ResolveRepositoryProject, ABundleIsTakenAsGivenAndAFolderNeedsOneCandidate)
         EXPECT_EQ(std::string(error.what()),
                   "2 projects in " + dir.file("two") + ":\n  a/A.xcodeproj\n  b/B.xcodeproj");
     }
+    // A folder the repository's configuration excludes holds no candidate,
+    // however it is written; "." and paths outside the folder exclude nothing.
+    EXPECT_EQ(resolveRepositoryProject(dir.file("two"), {"./b/", "..", "."}),
+              dir.file("two/a/A.xcodeproj"));
+    EXPECT_EQ(resolveRepositoryProject(dir.file("two"), {"a/A.xcodeproj"}),
+              dir.file("two/b/B.xcodeproj"));
+    EXPECT_EQ(relativePaths(repositoryProjects(dir.path().string(), {"two/a", "tw"})),
+              (std::vector<std::string>{"App.xcodeproj", "two/b/B.xcodeproj"}));
 }
 
 } // namespace
