@@ -1,7 +1,7 @@
 #include "app/KelvaneApp.h"
 
 #include "cli/CheckPages.h"
-#include "views/IssueText.h"
+#include "presentation/IssueText.h"
 #include "views/ProjectPickerView.h"
 #include "views/ScanningResultsView.h"
 
@@ -391,7 +391,7 @@ const DoctorIssue* KelvaneApp::selectedIssue() const {
 
 QString KelvaneApp::selectedIssueText() const {
     const DoctorIssue* issue = selectedIssue();
-    return issue != nullptr ? QString::fromStdString(views::issueText(*issue)) : QString();
+    return issue != nullptr ? QString::fromStdString(presentation::issueText(*issue)) : QString();
 }
 
 bool KelvaneApp::exportReport(const ReportDestination& destination) {

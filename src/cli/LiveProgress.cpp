@@ -47,9 +47,9 @@ void LiveProgress::drawScanning() {
     const std::vector<CheckProgress>& rows = scanning_->checkProgress;
     const std::string name(path::stem(path::withoutTrailingSlash(scanning_->projectPath)));
     // "Scanning App (w/App.xcodeproj)  3/9", in the window's words.
-    std::vector<std::string> lines{style_.bold(std::string(views::scanTitle(true)) + " " + name) +
+    std::vector<std::string> lines{style_.bold(std::string(presentation::scanTitle(true)) + " " + name) +
                                        " (" + scanning_->projectPath + ")  " +
-                                       style_.paint(Tone::muted, views::scanSubtitle(rows, true)),
+                                       style_.paint(Tone::muted, presentation::scanSubtitle(rows, true)),
                                    ""};
     const std::size_t width = titleWidth(rows);
     for (const CheckProgress& row : rows) {

@@ -1,6 +1,6 @@
 #include "cli/ProgressRowText.h"
 
-#include "views/IssueText.h"
+#include "presentation/IssueText.h"
 
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@ constexpr std::array<std::string_view, 10> kSpinnerFrames{
 } // namespace
 
 std::string_view severityMark(Severity severity) noexcept {
-    return views::severityGlyph(severity);
+    return presentation::severityGlyph(severity);
 }
 
 std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
@@ -27,7 +27,7 @@ std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
     // A check that threw is finished without an issue, which the window
     // shows as passed; the terminal knows better and says so.
     const bool failed = failure && row.status == CheckStatus::completed;
-    const views::RowMark mark = views::rowMark(row);
+    const presentation::RowMark mark = presentation::rowMark(row);
     std::string line = "  ";
     if (failed) {
         line += style.paint(Tone::failure, kFailedMark);
@@ -36,11 +36,11 @@ std::string progressRowLine(const CheckProgress& row, const TextStyle& style,
     } else if (mark.symbol.empty()) {
         line += style.paint(mark.tone, kPendingMark);
     } else {
-        line += style.paint(mark.tone, views::symbolGlyph(mark.symbol));
+        line += style.paint(mark.tone, presentation::symbolGlyph(mark.symbol));
     }
     line += ' ';
     line += row.title;
-    const auto label = views::rowStatusLabel(row);
+    const auto label = presentation::rowStatusLabel(row);
     if (!label) {
         return line;
     }

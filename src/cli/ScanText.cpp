@@ -1,8 +1,8 @@
 #include "cli/ScanText.h"
 
 #include "cli/ProgressRowText.h"
-#include "views/IssueText.h"
-#include "views/ScanPresentation.h"
+#include "presentation/IssueText.h"
+#include "presentation/ScanPresentation.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -14,7 +14,7 @@ namespace kelvane::cli {
 namespace {
 
 void writeIssue(const DoctorIssue& issue, std::ostream& out, const TextStyle& style) {
-    views::writeIssueText(
+    presentation::writeIssueText(
         issue, out,
         {.paint = [&](Tone tone, std::string_view text) { return style.paint(tone, text); },
          .bold = [&](std::string_view text) { return style.bold(text); }});
@@ -41,7 +41,7 @@ std::string scanHeading(const FinishedScan& scan, const TextStyle& style) {
 }
 
 void writeScanFindings(const FinishedScan& scan, std::ostream& out, const TextStyle& style) {
-    std::string summary = views::scanSubtitle(finishedRows(scan.report), false);
+    std::string summary = presentation::scanSubtitle(finishedRows(scan.report), false);
     const auto failed = std::count_if(scan.report.checks.begin(), scan.report.checks.end(),
                                       [](const CheckOutcome& check) { return check.failure; });
     if (failed > 0) {

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <string>
 #include <string_view>
 
 namespace kelvane::cli {
 
-using views::Tone;
+using presentation::Tone;
 
 // Colour or none; everything else about the text is the same either way.
 // The tones are the window's (gray, blue, green, orange, red), so both

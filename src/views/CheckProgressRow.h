@@ -1,7 +1,7 @@
 #pragma once
 
 #include "scanner/CheckProgress.h"
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <QWidget>
 
@@ -17,13 +17,13 @@ class Spinner;
 class StatusMark : public QWidget {
 public:
     explicit StatusMark(QWidget* parent = nullptr);
-    void setMark(const RowMark& mark);
+    void setMark(const presentation::RowMark& mark);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    RowMark mark_{};
+    presentation::RowMark mark_{};
     Spinner* spinner_;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "views/IssuePresentation.h"
+#include "presentation/IssuePresentation.h"
 
 #include <functional>
 
@@ -18,7 +18,7 @@ public:
     ConfirmationPrompt& operator=(const ConfirmationPrompt&) = delete;
     virtual ~ConfirmationPrompt();
 
-    virtual void ask(QWidget* parent, const ApplyConfirmation& confirmation,
+    virtual void ask(QWidget* parent, const presentation::ApplyConfirmation& confirmation,
                      std::function<void(bool confirmed)> answer) = 0;
 };
 
@@ -26,7 +26,7 @@ public:
 // and answers when it closes.
 class MessageBoxPrompt final : public ConfirmationPrompt {
 public:
-    void ask(QWidget* parent, const ApplyConfirmation& confirmation,
+    void ask(QWidget* parent, const presentation::ApplyConfirmation& confirmation,
              std::function<void(bool confirmed)> answer) override;
 };
 

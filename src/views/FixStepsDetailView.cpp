@@ -1,7 +1,7 @@
 #include "views/FixStepsDetailView.h"
 
 #include "views/ConfirmationPrompt.h"
-#include "views/IssuePresentation.h"
+#include "presentation/IssuePresentation.h"
 #include "views/Spinner.h"
 #include "views/Style.h"
 #include "views/Symbols.h"

@@ -3,7 +3,7 @@
 #include "diagnostics/EvidenceSource.h"
 #include "model/TargetType.h"
 #include "views/FixStepsDetailView.h"
-#include "views/IssuePresentation.h"
+#include "presentation/IssuePresentation.h"
 #include "views/Style.h"
 #include "views/Symbols.h"
 

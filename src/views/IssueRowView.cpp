@@ -1,6 +1,6 @@
 #include "views/IssueRowView.h"
 
-#include "views/IssuePresentation.h"
+#include "presentation/IssuePresentation.h"
 #include "views/Style.h"
 #include "views/Symbols.h"
 

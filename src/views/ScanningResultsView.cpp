@@ -3,7 +3,7 @@
 #include "views/CheckProgressRow.h"
 #include "views/CompactStatusView.h"
 #include "views/IssueDetailView.h"
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 #include "views/Style.h"
 #include "views/Symbols.h"
 

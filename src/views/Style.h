@@ -1,6 +1,6 @@
 #pragma once
 
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <QColor>
 #include <QFont>
@@ -15,6 +15,10 @@ class QLabel;
 // system colours, mapped to the nearest fixed equivalents so the screens
 // read the same on Linux and macOS.
 namespace kelvane::views {
+
+// The screens draw what the presentation rules decide, so those rules read
+// as the views' own words here.
+using namespace kelvane::presentation;
 
 enum class TextStyle {
     largeTitle,

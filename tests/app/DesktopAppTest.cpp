@@ -1,7 +1,7 @@
 #include "TestDoubles.h"
 #include "app/KelvaneApp.h"
 #include "cli/ScanCommand.h"
-#include "views/IssueText.h"
+#include "presentation/IssueText.h"
 #include "views/ProjectPickerView.h"
 #include "views/ScanningResultsView.h"
 

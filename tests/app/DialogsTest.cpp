@@ -11,6 +11,7 @@
 
 using namespace kelvane;
 using namespace kelvane::views;
+using namespace kelvane::presentation;
 
 // The real dialogs behind the two interfaces: both must return at once and
 // answer later, and the chooser must take a folder as readily as a file.

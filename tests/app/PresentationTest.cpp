@@ -1,5 +1,5 @@
-#include "views/IssuePresentation.h"
-#include "views/ScanPresentation.h"
+#include "presentation/IssuePresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <QTest>
 
@@ -7,7 +7,7 @@
 #include <vector>
 
 using namespace kelvane;
-using namespace kelvane::views;
+using namespace kelvane::presentation;
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "views/Symbols.h"
-#include "views/IssuePresentation.h"
-#include "views/ScanPresentation.h"
+#include "presentation/IssuePresentation.h"
+#include "presentation/ScanPresentation.h"
 #include "views/Style.h"
 
 #include <QImage>

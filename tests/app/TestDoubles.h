@@ -39,7 +39,7 @@ private:
 
 class ScriptedPrompt final : public views::ConfirmationPrompt {
 public:
-    void ask(QWidget* /*parent*/, const views::ApplyConfirmation& confirmation,
+    void ask(QWidget* /*parent*/, const presentation::ApplyConfirmation& confirmation,
              std::function<void(bool)> answer) override {
         ++timesAsked;
         last = confirmation;
@@ -52,7 +52,7 @@ public:
     }
 
     int timesAsked = 0;
-    std::optional<views::ApplyConfirmation> last;
+    std::optional<presentation::ApplyConfirmation> last;
 
 private:
     std::function<void(bool)> pending_;

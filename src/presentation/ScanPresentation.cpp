@@ -1,9 +1,9 @@
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <algorithm>
 #include <cstddef>
 
-namespace kelvane::views {
+namespace kelvane::presentation {
 
 namespace {
 
@@ -120,4 +120,4 @@ std::string scanSubtitle(const std::vector<CheckProgress>& rows, bool isScanning
     return subtitle;
 }
 
-} // namespace kelvane::views
+} // namespace kelvane::presentation

@@ -1,11 +1,11 @@
-#include "views/IssuePresentation.h"
+#include "presentation/IssuePresentation.h"
 
 #include "diagnostics/Overloaded.h"
 
 #include <algorithm>
 #include <variant>
 
-namespace kelvane::views {
+namespace kelvane::presentation {
 
 namespace {
 
@@ -191,4 +191,4 @@ std::string_view howThisWorksText(FixSafety safety) noexcept {
            "right one. Follow them in Xcode, then scan again.";
 }
 
-} // namespace kelvane::views
+} // namespace kelvane::presentation

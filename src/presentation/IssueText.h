@@ -1,7 +1,7 @@
 #pragma once
 
 #include "diagnostics/DoctorIssue.h"
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <functional>
 #include <ostream>
@@ -10,7 +10,7 @@
 
 // One issue in plain text, as the terminal prints it under a scan and as the
 // window copies it: both front-ends share this one wording.
-namespace kelvane::views {
+namespace kelvane::presentation {
 
 // ✓, ! or ✗: the terminal's glyph for a symbol a row's circle draws
 // ("checkmark", "exclamationmark", "xmark").
@@ -32,4 +32,4 @@ void writeIssueText(const DoctorIssue& issue, std::ostream& out,
 // The same without the leading empty line, for the clipboard.
 [[nodiscard]] std::string issueText(const DoctorIssue& issue);
 
-} // namespace kelvane::views
+} // namespace kelvane::presentation

@@ -6,7 +6,7 @@
 #include "diagnostics/FixSafety.h"
 #include "diagnostics/Severity.h"
 #include "diagnostics/TargetRef.h"
-#include "views/ScanPresentation.h"
+#include "presentation/ScanPresentation.h"
 
 #include <cstddef>
 #include <optional>
@@ -15,7 +15,7 @@
 #include <vector>
 
 // The words and symbols of one issue's detail and its fix, as plain values.
-namespace kelvane::views {
+namespace kelvane::presentation {
 
 struct Badge {
     std::string_view symbol{};
@@ -80,4 +80,4 @@ inline constexpr std::string_view kManualStepsLabel = "Manual steps required";
 // Written to standard output, followed by the error's text.
 inline constexpr std::string_view kFixFailedPrefix = "Fix failed: ";
 
-} // namespace kelvane::views
+} // namespace kelvane::presentation

@@ -11,7 +11,7 @@
 // How a scan reads on screen, as plain values: the window draws from these and
 // the tests read them without building a widget. Nothing here knows Qt, so a
 // terminal front-end can word its rows the same way.
-namespace kelvane::views {
+namespace kelvane::presentation {
 
 // The few colours a scan is drawn in; each front-end picks its own shades.
 enum class Tone {
@@ -49,4 +49,4 @@ struct RowMark {
 // out every count that is zero. Rows without an issue count nowhere.
 [[nodiscard]] std::string scanSubtitle(const std::vector<CheckProgress>& rows, bool isScanning);
 
-} // namespace kelvane::views
+} // namespace kelvane::presentation

@@ -1,4 +1,4 @@
-#include "views/IssueText.h"
+#include "presentation/IssueText.h"
 
 #include "diagnostics/EvidenceSource.h"
 #include "model/TargetType.h"
@@ -6,7 +6,7 @@
 #include <sstream>
 #include <variant>
 
-namespace kelvane::views {
+namespace kelvane::presentation {
 
 namespace {
 
@@ -113,4 +113,4 @@ std::string issueText(const DoctorIssue& issue) {
     return text.substr(1);
 }
 
-} // namespace kelvane::views
+} // namespace kelvane::presentation
