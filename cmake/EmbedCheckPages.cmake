@@ -16,11 +16,11 @@ foreach(page IN LISTS PAGES)
 endforeach()
 list(LENGTH PAGES count)
 set(source "// Generated from docs/checks by cmake/EmbedCheckPages.cmake; do not edit.
-#include \"cli/CheckPages.h\"
+#include \"report/CheckPages.h\"
 
 #include <array>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 constexpr std::array<CheckPage, ${count}> kPages{
@@ -31,7 +31,7 @@ std::span<const CheckPage> checkPages() noexcept {
     return kPages;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report
 ")
 # Rewritten only when the text changes, so an unrelated build compiles nothing.
 file(WRITE "${OUTPUT}.new" "${source}")

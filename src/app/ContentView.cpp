@@ -1,7 +1,7 @@
 #include "app/ContentView.h"
 
 #include "app/ScanFailedView.h"
-#include "cli/EvidenceLocations.h"
+#include "report/EvidenceLocations.h"
 #include "graph/AsBuiltLoading.h"
 #include "parser/ProjectParser.h"
 #include "views/ProjectPickerView.h"
@@ -111,7 +111,7 @@ void ContentView::render(const ScanState& next) {
         // Evidence is located in the project the scan read; the folder opens
         // in the desktop's file manager.
         inputs.evidenceFiles.fileOf =
-            [locations = std::make_shared<const cli::EvidenceLocations>(completed->result.project)](
+            [locations = std::make_shared<const report::EvidenceLocations>(completed->result.project)](
                 const EvidenceItem& item) -> std::optional<std::string> {
             const auto at = locations->locate(item);
             return at ? std::optional<std::string>(at->file) : std::nullopt;

@@ -1,6 +1,6 @@
 #include "app/KelvaneApp.h"
 
-#include "cli/CheckPages.h"
+#include "report/CheckPages.h"
 #include "presentation/IssueText.h"
 #include "views/ProjectPickerView.h"
 #include "views/ScanningResultsView.h"
@@ -37,17 +37,17 @@ const QString kRecentKey = QStringLiteral("recent/projects");
 const QString kGeometryKey = QStringLiteral("window/geometry");
 
 struct ExportChoice {
-    cli::ExportFormat format;
+    report::ExportFormat format;
     const char* filter;
 };
 constexpr std::array<ExportChoice, 3> kExportChoices{{
-    {cli::ExportFormat::json, "JSON report (*.json)"},
-    {cli::ExportFormat::sarif, "SARIF 2.1.0 for code scanning (*.sarif)"},
-    {cli::ExportFormat::text, "Text, as the terminal prints it (*.txt)"},
+    {report::ExportFormat::json, "JSON report (*.json)"},
+    {report::ExportFormat::sarif, "SARIF 2.1.0 for code scanning (*.sarif)"},
+    {report::ExportFormat::text, "Text, as the terminal prints it (*.txt)"},
 }};
 
 // The format a name filter of the dialog stands for; the first for another.
-cli::ExportFormat formatForFilter(const QString& filter) {
+report::ExportFormat formatForFilter(const QString& filter) {
     for (const ExportChoice& choice : kExportChoices) {
         if (filter == QString::fromLatin1(choice.filter)) {
             return choice.format;
@@ -121,18 +121,18 @@ void DialogReportDestinationChooser::choose(
         filters << QString::fromLatin1(choice.filter);
     }
     dialog->setNameFilters(filters);
-    dialog->setDefaultSuffix(qs(cli::exportExtension(kExportChoices[0].format)));
+    dialog->setDefaultSuffix(qs(report::exportExtension(kExportChoices[0].format)));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     // The suffix follows the chosen format, so "report" saves as report.sarif.
     QObject::connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString& filter) {
-        dialog->setDefaultSuffix(qs(cli::exportExtension(formatForFilter(filter))));
+        dialog->setDefaultSuffix(qs(report::exportExtension(formatForFilter(filter))));
     });
     auto answered = std::make_shared<bool>(false);
     QObject::connect(dialog, &QFileDialog::fileSelected, dialog,
                      [dialog, closed, answered](const QString& file) {
                          *answered = true;
                          // The file's own extension wins over the filter.
-                         auto format = cli::exportFormatForFile(file.toStdString());
+                         auto format = report::exportFormatForFile(file.toStdString());
                          if (!format) {
                              format = formatForFilter(dialog->selectedNameFilter());
                          }
@@ -365,7 +365,7 @@ void KelvaneApp::refreshActions(const ScanState& state) {
 void KelvaneApp::refreshSelectionActions() {
     action(QStringLiteral("copyIssueAction"))->setEnabled(selectedIssue() != nullptr);
     action(QStringLiteral("checkHelpAction"))
-        ->setEnabled(selectedCheckID() && cli::checkPage(*selectedCheckID()).has_value());
+        ->setEnabled(selectedCheckID() && report::checkPage(*selectedCheckID()).has_value());
 }
 
 std::optional<std::string> KelvaneApp::selectedCheckID() const {
@@ -400,7 +400,7 @@ bool KelvaneApp::exportReport(const ReportDestination& destination) {
         return false;
     }
     std::ostringstream report;
-    cli::writeExportedReport(completed->result, destination.format, report);
+    report::writeExportedReport(completed->result, destination.format, report);
     // All or nothing: a failed write leaves no half report behind.
     QSaveFile file(destination.path);
     if (!file.open(QIODevice::WriteOnly)) {
@@ -434,7 +434,7 @@ void KelvaneApp::exportWithDialog() {
 }
 
 QDialog* KelvaneApp::showCheckDocumentation(const QString& checkID) {
-    const auto page = cli::checkPage(checkID.toStdString());
+    const auto page = report::checkPage(checkID.toStdString());
     if (!page) {
         return nullptr;
     }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/ContentView.h"
-#include "cli/ReportExport.h"
+#include "report/ReportExport.h"
 #include "views/ConfirmationPrompt.h"
 #include "views/FileChooser.h"
 
@@ -23,7 +23,7 @@ namespace kelvane::app {
 // Where File → Export Report… writes, and as what.
 struct ReportDestination {
     QString path;
-    cli::ExportFormat format = cli::ExportFormat::json;
+    report::ExportFormat format = report::ExportFormat::json;
 };
 
 // The save dialog of File → Export Report…, behind an interface so tests can

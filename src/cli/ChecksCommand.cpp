@@ -1,6 +1,6 @@
 #include "cli/ChecksCommand.h"
 
-#include "cli/FinishedScan.h"
+#include "report/FinishedScan.h"
 #include "scanner/CheckRegistry.h"
 
 #include <nlohmann/json.hpp>
@@ -10,6 +10,9 @@
 #include <string>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 void writeCheckList(const std::vector<AnyCheck>& checks, std::ostream& out) {
     std::size_t width = 0;

@@ -2,13 +2,16 @@
 
 #include "cli/CombinedJUnit.h"
 #include "cli/CombinedSarif.h"
-#include "cli/ModelJson.h"
+#include "report/ModelJson.h"
 #include "model/FilePath.h"
 
 #include <algorithm>
 #include <string_view>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 namespace {
 

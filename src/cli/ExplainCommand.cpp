@@ -1,10 +1,13 @@
 #include "cli/ExplainCommand.h"
 
-#include "cli/CheckPages.h"
+#include "report/CheckPages.h"
 
 #include <memory>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 int runExplain(const std::string& id, std::ostream& out, std::ostream& err) {
     const std::optional<std::string_view> page = checkPage(id);

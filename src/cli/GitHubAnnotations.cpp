@@ -1,12 +1,15 @@
 #include "cli/GitHubAnnotations.h"
 
-#include "cli/Findings.h"
+#include "report/Findings.h"
 #include "diagnostics/JoinLines.h"
 
 #include <string>
 #include <string_view>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 namespace {
 

@@ -1,11 +1,14 @@
 #pragma once
 
-#include "cli/EvidenceLocations.h"
-#include "cli/FinishedScan.h"
+#include "report/EvidenceLocations.h"
+#include "report/FinishedScan.h"
 
 #include <ostream>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 // GitHub Actions workflow commands, one per warning or error
 // (`::error file=...,title=...::message`), so findings show as annotations

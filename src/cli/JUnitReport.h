@@ -3,11 +3,14 @@
 #include <string>
 #include <string_view>
 
-#include "cli/FinishedScan.h"
+#include "report/FinishedScan.h"
 
 #include <ostream>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 // JUnit XML, the format most CI systems show as a test report: the scan is
 // one suite, each check one test case. A warning or an error is a failure

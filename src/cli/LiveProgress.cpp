@@ -1,13 +1,16 @@
 #include "cli/LiveProgress.h"
 
-#include "cli/ProgressRowText.h"
-#include "cli/ScanText.h"
+#include "report/ProgressRowText.h"
+#include "report/ScanText.h"
 #include "model/FilePath.h"
 
 #include <string>
 #include <vector>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 namespace {
 

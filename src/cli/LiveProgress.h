@@ -1,7 +1,7 @@
 #pragma once
 
-#include "cli/FinishedScan.h"
-#include "cli/TextStyle.h"
+#include "report/FinishedScan.h"
+#include "report/TextStyle.h"
 #include "scanner/ScanState.h"
 
 #include <cstddef>
@@ -9,6 +9,9 @@
 #include <ostream>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 // The nine rows drawn in place on a terminal while a scan runs, redrawn on
 // every change of the view model's state and on every spinner tick. Nothing

@@ -1,7 +1,7 @@
 #include "cli/ModelCommand.h"
 
 #include "cli/LoadFailure.h"
-#include "cli/ModelJson.h"
+#include "report/ModelJson.h"
 #include "cli/ModelText.h"
 #include "selection/AmbiguousFolderError.h"
 #include "selection/RepositoryProjects.h"
@@ -9,6 +9,9 @@
 #include <memory>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 int runInspect(const std::string& path, InspectFormat format, std::ostream& out,
                std::ostream& err, const Reading& reading) {

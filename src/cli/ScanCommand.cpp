@@ -1,16 +1,16 @@
 #include "cli/ScanCommand.h"
 
-#include "cli/CheckFailures.h"
-#include "cli/EvidenceLocations.h"
+#include "report/CheckFailures.h"
+#include "report/EvidenceLocations.h"
 #include "cli/GitHubAnnotations.h"
 #include "cli/JUnitReport.h"
 #include "cli/LiveProgress.h"
 #include "cli/LoadFailure.h"
-#include "cli/ModelJson.h"
+#include "report/ModelJson.h"
 #include "cli/RepositoryScan.h"
-#include "cli/SarifReport.h"
-#include "cli/ScanJson.h"
-#include "cli/ScanText.h"
+#include "report/SarifReport.h"
+#include "report/ScanJson.h"
+#include "report/ScanText.h"
 #include "cli/Terminal.h"
 #include "cli/XcodeDiagnostics.h"
 #include "scanner/ScanViewModel.h"
@@ -31,6 +31,9 @@
 #include <system_error>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "cli/CommandIO.h"
 #include "cli/Reading.h"
 #include "cli/ScanAdoption.h"
-#include "cli/TextStyle.h"
+#include "report/TextStyle.h"
 #include "scanner/CheckRegistry.h"
 
 #include <CLI/App.hpp>
@@ -13,6 +13,9 @@
 #include <vector>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 enum class ScanFormat { text, json, sarif, junit, github, xcode };
 

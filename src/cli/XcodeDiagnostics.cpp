@@ -1,6 +1,6 @@
 #include "cli/XcodeDiagnostics.h"
 
-#include "cli/Findings.h"
+#include "report/Findings.h"
 
 #include "diagnostics/JoinLines.h"
 
@@ -8,6 +8,9 @@
 #include <string>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 void writeXcodeDiagnostics(const FinishedScan& scan, const EvidenceLocations& locations,
                            std::ostream& out) {

@@ -1,11 +1,14 @@
 #pragma once
 
-#include "cli/EvidenceLocations.h"
-#include "cli/FinishedScan.h"
+#include "report/EvidenceLocations.h"
+#include "report/FinishedScan.h"
 
 #include <ostream>
 
 namespace kelvane::cli {
+
+// The reports are the terminal's output; their names read as its own.
+using namespace kelvane::report;
 
 // Lines a Run Script build phase prints for Xcode to list in its issue
 // navigator (`path: error: title`), one per warning or error. Paths stay as

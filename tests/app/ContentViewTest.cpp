@@ -233,7 +233,7 @@ private slots:
             QVERIFY(QGuiApplication::clipboard()->text().contains(
                 QStringLiteral("[watch.companion.mismatch]")));
             const QString report = temp.filePath(QStringLiteral("report.txt"));
-            QVERIFY(app.exportReport({report, cli::ExportFormat::text}));
+            QVERIFY(app.exportReport({report, report::ExportFormat::text}));
             QVERIFY(QFileInfo(report).size() > 0);
             app.action(QStringLiteral("closeAction"))->trigger();
             QCOMPARE(screenName(app.content()), QStringLiteral("projectPickerView"));

@@ -245,7 +245,7 @@ private slots:
         QVERIFY(app.exports.isOpen());
         QCOMPARE(app.exports.suggested, QStringLiteral("Nimbus-kelvane.json"));
         const QString json = folder.filePath(QStringLiteral("report.json"));
-        app.exports.answer(app::ReportDestination{json, cli::ExportFormat::json});
+        app.exports.answer(app::ReportDestination{json, report::ExportFormat::json});
         const QJsonObject document = readJson(json).object();
         const QJsonDocument terminal = QJsonDocument::fromJson(
             QByteArray::fromStdString(terminalReport(nimbusProject(), cli::ScanFormat::json)));
@@ -258,7 +258,7 @@ private slots:
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files).size(), 1);
 
         const QString sarif = folder.filePath(QStringLiteral("report.sarif"));
-        QVERIFY(app.app.exportReport({sarif, cli::ExportFormat::sarif}));
+        QVERIFY(app.app.exportReport({sarif, report::ExportFormat::sarif}));
         const QJsonObject run =
             readJson(sarif).object().value(QStringLiteral("runs")).toArray().first().toObject();
         const QJsonArray found = run.value(QStringLiteral("results")).toArray();
@@ -282,7 +282,7 @@ private slots:
                  QJsonValue(28));
 
         const QString text = folder.filePath(QStringLiteral("report.txt"));
-        QVERIFY(app.app.exportReport({text, cli::ExportFormat::text}));
+        QVERIFY(app.app.exportReport({text, report::ExportFormat::text}));
         const QString report = readText(text);
         QVERIFY(report.startsWith(QStringLiteral("Scanned Nimbus (") + nimbusProject()));
         QVERIFY(report.contains(QStringLiteral("\n5 errors \u2022 4 warnings\n")));
@@ -290,9 +290,9 @@ private slots:
 
         // A folder that does not exist: nothing written, and it says so.
         QVERIFY(!app.app.exportReport(
-            {folder.filePath(QStringLiteral("missing/report.json")), cli::ExportFormat::json}));
+            {folder.filePath(QStringLiteral("missing/report.json")), report::ExportFormat::json}));
         app.trigger("closeAction");
-        QVERIFY(!app.app.exportReport({json, cli::ExportFormat::json}));
+        QVERIFY(!app.app.exportReport({json, report::ExportFormat::json}));
     }
 
     void dropsStartTheChoosersSelection() {

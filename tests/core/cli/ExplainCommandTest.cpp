@@ -1,9 +1,9 @@
 #include "cli/ExplainCommand.h"
 #include "TempDir.h"
-#include "cli/CheckPages.h"
+#include "report/CheckPages.h"
 #include "cli/ChecksCommand.h"
-#include "cli/FinishedScan.h"
-#include "cli/ReportExport.h"
+#include "report/FinishedScan.h"
+#include "report/ReportExport.h"
 #include "scanner/CheckRegistry.h"
 
 #include <gtest/gtest.h>
@@ -14,6 +14,7 @@
 #include <string>
 
 namespace kelvane::cli {
+using namespace kelvane::report;
 namespace {
 
 std::string readText(const std::filesystem::path& file) {

@@ -2,7 +2,7 @@
 // examples and on every project of the corpus, in both readings.
 #include "Corpus.h"
 #include "TempDir.h"
-#include "cli/EvidenceLocations.h"
+#include "report/EvidenceLocations.h"
 #include "graph/AsBuiltLoading.h"
 #include "parser/ProjectParser.h"
 #include "scanner/CheckRegistry.h"
@@ -16,6 +16,7 @@
 #include <vector>
 
 namespace kelvane::cli {
+using namespace kelvane::report;
 namespace {
 
 // The line of `file`, 1-based; empty past the end.

@@ -4,8 +4,8 @@
 #include "cli/GitHubAnnotations.h"
 #include "cli/JUnitReport.h"
 #include "cli/LiveProgress.h"
-#include "cli/ProgressRowText.h"
-#include "cli/SarifReport.h"
+#include "report/ProgressRowText.h"
+#include "report/SarifReport.h"
 #include "cli/ScanCommand.h"
 #include "cli/Terminal.h"
 #include "cli/XcodeDiagnostics.h"
@@ -18,6 +18,7 @@
 #include <string>
 
 namespace kelvane::cli {
+using namespace kelvane::report;
 namespace {
 
 // A scan of one finding whose texts carry every character some format

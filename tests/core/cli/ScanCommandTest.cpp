@@ -3,7 +3,7 @@
 #include "ProjectFiles.h"
 #include "TempDir.h"
 #include "cli/ChecksCommand.h"
-#include "cli/ScanText.h"
+#include "report/ScanText.h"
 #include "scanner/CheckTitles.h"
 
 #include <gtest/gtest.h>
@@ -12,6 +12,7 @@
 #include <sstream>
 
 namespace kelvane::cli {
+using namespace kelvane::report;
 namespace {
 
 using testing::FakeCheck;

@@ -1,8 +1,9 @@
-#include "cli/ScanJson.h"
+#include "report/ScanJson.h"
 
 #include <gtest/gtest.h>
 
 namespace kelvane::cli {
+using namespace kelvane::report;
 namespace {
 
 using Json = nlohmann::ordered_json;

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // A place in a file; line and column are 1-based, 0 where only the file is
 // known (a binary property list, a setting Xcode supplies itself).
@@ -62,4 +62,4 @@ void placeOrigins(ScanReport& report, const EvidenceLocations& locations);
 // lexically.
 [[nodiscard]] std::string relativeToCurrentFolder(const std::string& path);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,6 +1,6 @@
-#include "cli/ScanText.h"
+#include "report/ScanText.h"
 
-#include "cli/ProgressRowText.h"
+#include "report/ProgressRowText.h"
 #include "presentation/IssueText.h"
 #include "presentation/ScanPresentation.h"
 
@@ -9,7 +9,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -65,4 +65,4 @@ void writeScanText(const FinishedScan& scan, std::ostream& out, const TextStyle&
     writeScanFindings(scan, out, style);
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,9 +1,9 @@
-#include "cli/CheckFailures.h"
+#include "report/CheckFailures.h"
 
 #include <exception>
 #include <utility>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -38,4 +38,4 @@ std::vector<AnyCheck> recordingFailures(std::vector<AnyCheck> checks,
     return recording;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "cli/TextStyle.h"
+#include "report/TextStyle.h"
 #include "scanner/CheckProgress.h"
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // ✓, ! or ✗ for a finished check.
 [[nodiscard]] std::string_view severityMark(Severity severity) noexcept;
@@ -25,4 +25,4 @@ namespace kelvane::cli {
 // The width of the longest title, so labels line up.
 [[nodiscard]] std::size_t titleWidth(const std::vector<CheckProgress>& rows) noexcept;
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

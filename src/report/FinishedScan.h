@@ -1,12 +1,12 @@
 #pragma once
 
-#include "cli/CheckFailures.h"
+#include "report/CheckFailures.h"
 #include "scanner/ProjectScanResult.h"
 #include "scanner/ProjectScanner.h"
 
 #include <string>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // One scan as the terminal reports it.
 struct FinishedScan {
@@ -30,4 +30,4 @@ struct FinishedScan {
 // does not know).
 [[nodiscard]] std::string checkDisplayTitle(const std::string& checkID);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

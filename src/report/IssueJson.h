@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // The diagnostic records as the scan document shows them. A variant is an
 // object whose "kind" is its case name, with the labelled payload fields
@@ -17,4 +17,4 @@ namespace kelvane::cli {
 [[nodiscard]] nlohmann::ordered_json toJson(const DoctorFix& fix);
 [[nodiscard]] nlohmann::ordered_json toJson(const DoctorIssue& issue);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,4 +1,4 @@
-#include "cli/EvidenceLocations.h"
+#include "report/EvidenceLocations.h"
 
 #include "diagnostics/Overloaded.h"
 #include "model/FilePath.h"
@@ -10,7 +10,7 @@
 #include <string_view>
 #include <system_error>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -237,4 +237,4 @@ std::string relativeToCurrentFolder(const std::string& path) {
     return given.lexically_proximate(here).generic_string();
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,8 +1,8 @@
-#include "cli/Findings.h"
+#include "report/Findings.h"
 
 #include <algorithm>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 std::vector<Finding> findings(const FinishedScan& scan) {
     std::vector<Finding> result;
@@ -20,4 +20,4 @@ std::vector<Finding> findings(const FinishedScan& scan) {
     return result;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

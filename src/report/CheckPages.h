@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // A check's documentation page, as written under docs/checks/ID.md.
 struct CheckPage {
@@ -18,4 +18,4 @@ struct CheckPage {
 // The page of one check; nothing for an id without one.
 [[nodiscard]] std::optional<std::string_view> checkPage(std::string_view id) noexcept;
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

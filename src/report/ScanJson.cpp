@@ -1,9 +1,9 @@
-#include "cli/ScanJson.h"
+#include "report/ScanJson.h"
 
-#include "cli/IssueJson.h"
-#include "cli/ModelJson.h"
+#include "report/IssueJson.h"
+#include "report/ModelJson.h"
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 nlohmann::ordered_json toJson(const FinishedScan& scan) {
     using Json = nlohmann::ordered_json;
@@ -32,4 +32,4 @@ nlohmann::ordered_json toJson(const FinishedScan& scan) {
     return json;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

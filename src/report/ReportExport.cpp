@@ -1,15 +1,15 @@
-#include "cli/ReportExport.h"
+#include "report/ReportExport.h"
 
-#include "cli/EvidenceLocations.h"
-#include "cli/FinishedScan.h"
-#include "cli/ModelJson.h"
-#include "cli/SarifReport.h"
-#include "cli/ScanJson.h"
-#include "cli/ScanText.h"
+#include "report/EvidenceLocations.h"
+#include "report/FinishedScan.h"
+#include "report/ModelJson.h"
+#include "report/SarifReport.h"
+#include "report/ScanJson.h"
+#include "report/ScanText.h"
 
 #include <exception>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 std::string_view exportExtension(ExportFormat format) noexcept {
     switch (format) {
@@ -55,4 +55,4 @@ void writeExportedReport(const ProjectScanResult& result, ExportFormat format, s
     }
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

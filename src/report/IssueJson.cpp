@@ -1,9 +1,9 @@
-#include "cli/IssueJson.h"
+#include "report/IssueJson.h"
 
-#include "cli/ModelJson.h"
+#include "report/ModelJson.h"
 #include "diagnostics/Overloaded.h"
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -188,4 +188,4 @@ Json toJson(const DoctorIssue& issue) {
     return json;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

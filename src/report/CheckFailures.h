@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // The text of each check's failure, by check id. The view model shows a
 // failed check as finished without an issue; reports also say why.
@@ -18,4 +18,4 @@ using CheckFailures = std::map<std::string, std::string>;
 [[nodiscard]] std::vector<AnyCheck> recordingFailures(std::vector<AnyCheck> checks,
                                                       std::shared_ptr<CheckFailures> failures);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

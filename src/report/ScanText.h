@@ -1,14 +1,14 @@
 #pragma once
 
-#include "cli/FinishedScan.h"
-#include "cli/TextStyle.h"
+#include "report/FinishedScan.h"
+#include "report/TextStyle.h"
 #include "scanner/CheckProgress.h"
 
 #include <ostream>
 #include <string>
 #include <vector>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // The scan as people read it: a heading, one row per check in registry
 // order, the summary line, then every warning and error in full, with its
@@ -25,4 +25,4 @@ void writeScanFindings(const FinishedScan& scan, std::ostream& out, const TextSt
 // The report's checks as finished progress rows.
 [[nodiscard]] std::vector<CheckProgress> finishedRows(const ScanReport& report);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

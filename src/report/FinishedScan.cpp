@@ -1,8 +1,8 @@
-#include "cli/FinishedScan.h"
+#include "report/FinishedScan.h"
 
 #include "scanner/CheckTitles.h"
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 std::string checkDisplayTitle(const std::string& checkID) {
     return std::string(checkTitle(checkID).value_or(checkID));
@@ -28,4 +28,4 @@ FinishedScan finishedScan(const ProjectScanResult& result, const CheckFailures& 
     return scan;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

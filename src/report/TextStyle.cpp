@@ -1,6 +1,6 @@
-#include "cli/TextStyle.h"
+#include "report/TextStyle.h"
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -40,4 +40,4 @@ std::string TextStyle::bold(std::string_view text) const {
     return "\x1b[1m" + std::string(text) + std::string(kReset);
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

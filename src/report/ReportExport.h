@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // The reports a finished scan can be saved as outside the terminal, each
 // written by the terminal's own writer.
@@ -22,4 +22,4 @@ enum class ExportFormat { json, sarif, text };
 // read. The text is the terminal's, without colour.
 void writeExportedReport(const ProjectScanResult& result, ExportFormat format, std::ostream& out);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,11 +1,11 @@
-#include "cli/ProgressRowText.h"
+#include "report/ProgressRowText.h"
 
 #include "presentation/IssueText.h"
 
 #include <algorithm>
 #include <array>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -62,4 +62,4 @@ std::size_t titleWidth(const std::vector<CheckProgress>& rows) noexcept {
     return width;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

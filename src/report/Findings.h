@@ -1,11 +1,11 @@
 #pragma once
 
-#include "cli/FinishedScan.h"
+#include "report/FinishedScan.h"
 
 #include <string>
 #include <vector>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // A warning or an error with the check that reported it: CI formats name the
 // rule by its check id, which an issue's own id need not equal.
@@ -17,4 +17,4 @@ struct Finding {
 // The scan's warnings and errors, most severe first (the scanner's order).
 [[nodiscard]] std::vector<Finding> findings(const FinishedScan& scan);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 // An optional text as every JSON document shows it: the text, or null.
 [[nodiscard]] nlohmann::ordered_json textOrNull(const std::optional<std::string>& text);
@@ -19,4 +19,4 @@ namespace kelvane::cli {
 // rather than failing the whole report.
 [[nodiscard]] std::string toDocument(const nlohmann::ordered_json& json);
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,8 +1,8 @@
-#include "cli/CheckPages.h"
+#include "report/CheckPages.h"
 
 #include <algorithm>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 std::optional<std::string_view> checkPage(std::string_view id) noexcept {
     const std::span<const CheckPage> pages = checkPages();
@@ -14,4 +14,4 @@ std::optional<std::string_view> checkPage(std::string_view id) noexcept {
     return found->markdown;
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

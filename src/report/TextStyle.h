@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 using presentation::Tone;
 
@@ -19,4 +19,4 @@ struct TextStyle {
     [[nodiscard]] std::string bold(std::string_view text) const;
 };
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

@@ -1,6 +1,6 @@
-#include "cli/ModelJson.h"
+#include "report/ModelJson.h"
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 nlohmann::ordered_json textOrNull(const std::optional<std::string>& text) {
     return text ? nlohmann::ordered_json(*text) : nlohmann::ordered_json(nullptr);
@@ -80,4 +80,4 @@ std::string toDocument(const nlohmann::ordered_json& json) {
     return json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n";
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report

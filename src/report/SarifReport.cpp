@@ -1,13 +1,13 @@
-#include "cli/SarifReport.h"
+#include "report/SarifReport.h"
 
-#include "cli/Findings.h"
-#include "cli/ModelJson.h"
+#include "report/Findings.h"
+#include "report/ModelJson.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <string_view>
 
-namespace kelvane::cli {
+namespace kelvane::report {
 
 namespace {
 
@@ -126,4 +126,4 @@ void writeSarifReport(const FinishedScan& scan, const EvidenceLocations& places,
     out << toDocument(sarif);
 }
 
-} // namespace kelvane::cli
+} // namespace kelvane::report
