@@ -1,5 +1,7 @@
 #include "cli/ChecksCommand.h"
 
+#include <CLI/CLI.hpp>
+
 #include "report/FinishedScan.h"
 #include "scanner/CheckRegistry.h"
 

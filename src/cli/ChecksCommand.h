@@ -3,7 +3,10 @@
 #include "checks/DoctorCheck.h"
 #include "cli/CommandIO.h"
 
-#include <CLI/App.hpp>
+// The command line is built in the .cpp files; includers need only the name.
+namespace CLI {
+class App;
+} // namespace CLI
 #include <ostream>
 #include <vector>
 

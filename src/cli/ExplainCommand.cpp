@@ -1,5 +1,7 @@
 #include "cli/ExplainCommand.h"
 
+#include <CLI/CLI.hpp>
+
 #include "report/CheckPages.h"
 
 #include <memory>

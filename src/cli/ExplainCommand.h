@@ -2,7 +2,10 @@
 
 #include "cli/CommandIO.h"
 
-#include <CLI/App.hpp>
+// The command line is built in the .cpp files; includers need only the name.
+namespace CLI {
+class App;
+} // namespace CLI
 #include <ostream>
 #include <string>
 

@@ -1,5 +1,7 @@
 #include "cli/ModelCommand.h"
 
+#include <CLI/CLI.hpp>
+
 #include "cli/LoadFailure.h"
 #include "report/ModelJson.h"
 #include "cli/ModelText.h"

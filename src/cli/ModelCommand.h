@@ -3,7 +3,10 @@
 #include "cli/CommandIO.h"
 #include "cli/Reading.h"
 
-#include <CLI/CLI.hpp>
+// The command line is built in the .cpp files; includers need only the name.
+namespace CLI {
+class App;
+} // namespace CLI
 #include <string>
 
 namespace kelvane::cli {

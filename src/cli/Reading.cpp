@@ -1,5 +1,7 @@
 #include "cli/Reading.h"
 
+#include <CLI/CLI.hpp>
+
 #include "graph/AsBuiltLoading.h"
 #include "parser/ProjectParser.h"
 

@@ -3,7 +3,10 @@
 #include "model/ProjectContext.h"
 #include "scanner/ProjectScanner.h"
 
-#include <CLI/App.hpp>
+// The command line is built in the .cpp files; includers need only the name.
+namespace CLI {
+class App;
+} // namespace CLI
 #include <optional>
 #include <string>
 

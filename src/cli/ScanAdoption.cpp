@@ -1,5 +1,7 @@
 #include "cli/ScanAdoption.h"
 
+#include <CLI/CLI.hpp>
+
 #include "adoption/CheckSelection.h"
 #include "adoption/ConfigFile.h"
 #include "cli/CommandIO.h"

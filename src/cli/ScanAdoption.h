@@ -4,7 +4,10 @@
 #include "checks/DoctorCheck.h"
 #include "cli/Reading.h"
 
-#include <CLI/App.hpp>
+// The command line is built in the .cpp files; includers need only the name.
+namespace CLI {
+class App;
+} // namespace CLI
 #include <memory>
 #include <optional>
 #include <ostream>

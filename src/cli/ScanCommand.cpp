@@ -1,5 +1,7 @@
 #include "cli/ScanCommand.h"
 
+#include <CLI/CLI.hpp>
+
 #include "report/CheckFailures.h"
 #include "report/EvidenceLocations.h"
 #include "cli/GitHubAnnotations.h"

@@ -7,7 +7,10 @@
 #include "report/TextStyle.h"
 #include "scanner/CheckRegistry.h"
 
-#include <CLI/App.hpp>
+// The command line is built in the .cpp files; includers need only the name.
+namespace CLI {
+class App;
+} // namespace CLI
 #include <ostream>
 #include <string>
 #include <vector>
