@@ -184,5 +184,34 @@ TEST(ConfigFile, IsReadAtTheScannedFolderAndExcludesItsFolders) {
     EXPECT_EQ(bundle.status, 0) << bundle.err;
 }
 
+// The command line a developer types at a repository's root: the folder is
+// the current one by default, and --all writes every project's report.
+TEST(RepositoryCommand, DefaultsToTheCurrentFolderAndWritesAllReports) {
+    const TempDir dir;
+    const std::string workspace = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Workspace version = "
+                                  "\"1.0\">\n<FileRef location = \"group:App.xcodeproj\"></FileRef>\n"
+                                  "<FileRef location = \"group:Pods/Pods.xcodeproj\"></FileRef>\n</Workspace>\n";
+    dir.write("App.xcworkspace/contents.xcworkspacedata", workspace);
+    dir.write("App.xcodeproj/project.pbxproj", "// !$*UTF8*$!\n{ objects = {}; }\n");
+    dir.write("tools/Broken.xcodeproj/README", "");
+    const std::string folder = dir.path().string();
+
+    const ProcessOutcome single =
+        runKelvane({"scan", "--format", "json", "App.xcworkspace"}, folder);
+    EXPECT_EQ(single.status, 0) << single.err;
+    EXPECT_EQ(nlohmann::json::parse(single.out)["project"]["path"], "App.xcworkspace");
+    EXPECT_EQ(runKelvane({"scan", "--format", "json"}, folder).status, 2);
+
+    const ProcessOutcome everything =
+        runKelvane({"scan", "--all", "--format", "json", "--output", "all.json"}, folder);
+    EXPECT_EQ(everything.status, 2);
+    EXPECT_EQ(everything.out, "");
+    std::ifstream file(dir.file("all.json"));
+    const nlohmann::json written = nlohmann::json::parse(file);
+    ASSERT_EQ(written["projects"].size(), 2U);
+    EXPECT_EQ(written["projects"][0]["project"]["path"], "App.xcworkspace");
+    EXPECT_EQ(written["projects"][1]["project"]["path"], "tools/Broken.xcodeproj");
+}
+
 } // namespace
 } // namespace kelvane::testing

@@ -3,7 +3,6 @@
 #include "ProjectFiles.h"
 #include "TempDir.h"
 
-#include <CLI/CLI.hpp>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
@@ -227,45 +226,5 @@ TEST(RepositoryScan, AFolderWithSeveralProjectsListsThemAndScansNothing) {
 
 // The command line: the current folder by default, and an --all report is
 // written to its file even when one project did not load.
-TEST(RepositoryScan, CommandDefaultsToTheCurrentFolderAndWritesAllReports) {
-    testing::TempDir dir;
-    dir.write("App.xcworkspace/contents.xcworkspacedata",
-              testing::workspaceData({"group:App.xcodeproj", "group:Pods/Pods.xcodeproj"}));
-    dir.write("App.xcodeproj/project.pbxproj", testing::pbxproj(""));
-    dir.write("App.xcodeproj/project.xcworkspace/contents.xcworkspacedata",
-              testing::workspaceData({"self:"}));
-    dir.write("tools/Broken.xcodeproj/README", "");
-    const std::string report = dir.file("all.json");
-
-    const fs::path previous = fs::current_path();
-    fs::current_path(dir.path());
-    std::ostringstream out;
-    std::ostringstream err;
-    const auto command = [&](const std::string& line) {
-        CLI::App app;
-        CommandIO io{out, err};
-        addScanCommand(app, io);
-        app.parse(line, false);
-        return io.exitStatus;
-    };
-    const int single = command("scan --format json App.xcworkspace");
-    const std::string singleOut = out.str();
-    out.str("");
-    const int ambiguous = command("scan --format json");
-    const int everything = command("scan --all --format json --output " + report);
-    fs::current_path(previous);
-
-    EXPECT_EQ(single, 0);
-    EXPECT_EQ(Json::parse(singleOut)["project"]["path"], "App.xcworkspace");
-    EXPECT_EQ(ambiguous, 2);
-    EXPECT_EQ(everything, 2);
-    EXPECT_EQ(out.str(), "");
-    std::ifstream file(report);
-    const Json written = Json::parse(file);
-    ASSERT_EQ(written["projects"].size(), 2U);
-    EXPECT_EQ(written["projects"][0]["project"]["path"], "App.xcworkspace");
-    EXPECT_EQ(written["projects"][1]["project"]["path"], "tools/Broken.xcodeproj");
-}
-
 } // namespace
 } // namespace kelvane::cli
